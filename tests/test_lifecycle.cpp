@@ -1,0 +1,61 @@
+// Binding the transport, the scanner table and the command channel.
+#include "support/harness.h"
+
+using namespace kt;
+
+TEST_F(KalvorTest, BindingConstructsOnceAndSecondInitChangesNothing) {
+  ASSERT_TRUE(rec.loaded());
+  int constructed = rec.constructor_calls();
+  displayinittrack(1);
+  testing::internal::CaptureStderr();
+  DisplayInit();  // bound: no boxes, no constructor call, records kept
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(rec.constructor_calls(), constructed);
+  displayupdate(1);
+  // The tracks kept their defaults: one slot in use would show in an active
+  // track; with none active the upload is the bare three-byte header.
+  EXPECT_EQ(rec.at(0).bytes, (Bytes{0x01, 0x00, 0x00}));
+}
+
+TEST_F(KalvorTest, ExitDestroysAndInitBindsAgain) {
+  int constructed = rec.constructor_calls();
+  int destroyed = rec.destructor_calls();
+  DisplayExit();
+  EXPECT_EQ(rec.destructor_calls(), destroyed + 1);
+  DisplaySetMaxScanner(1, 1);  // unbound now: nothing goes out
+  EXPECT_EQ(rec.count(), 0);
+  DisplayExit();  // a second exit is a no-op
+  EXPECT_EQ(rec.destructor_calls(), destroyed + 1);
+  DisplayInit();
+  EXPECT_EQ(rec.constructor_calls(), constructed + 1);
+  DisplaySetMaxScanner(3, 8);
+  ASSERT_EQ(rec.count(), 1);
+  Sent s = rec.at(0);
+  EXPECT_EQ(s.scanner, 3u);
+  EXPECT_EQ(s.bytes, (Bytes{0x35, 0x08}));
+  EXPECT_FALSE(s.reply);
+}
+
+TEST_F(KalvorTest, MakeMaskTakesTheBitModulo32) {
+  EXPECT_EQ(MAKEMASK(0), 1u);
+  EXPECT_EQ(MAKEMASK(5), 32u);
+  EXPECT_EQ(MAKEMASK(31), 2147483648u);
+  EXPECT_EQ(MAKEMASK(32), 1u);
+  EXPECT_EQ(MAKEMASK(-1), 2147483648u);
+}
+
+TEST_F(KalvorTest, ScannerNumbersAboveTwentyAreIgnored) {
+  for (uint32_t scanner : {21u, 100u, 0xFFFFFFFFu}) {
+    DisplaySetMaxScanner(scanner, 1);
+    displayinittrack(scanner);
+    displaycleartrack(scanner);
+    EXPECT_EQ(displayupdate(scanner), 0u);
+    EXPECT_EQ(displayvisualupdate(scanner), 0u);
+  }
+  EXPECT_EQ(rec.count(), 0);
+  // Scanner 0 addresses record 0, which exists.
+  displayinittrack(0);
+  displayupdate(0);
+  ASSERT_EQ(rec.count(), 2);
+  EXPECT_EQ(rec.at(0).scanner, 0u);
+}
