@@ -121,4 +121,19 @@ KALVOR_API uint32_t KALVOR_CALL displayvisualupdate(uint32_t scanner);
 
 /** @} */
 
+/* ---- Slot transforms, track geometry, geometry commands (src/state) ---- */
+/* @@anchor:state@@ */
+
+/* ---- Colour effects, timeline, UGC and hierarchy (src/colour) ---- */
+/* @@anchor:colour-effects@@ */
+
+/* ---- Session, profile, device commands, previews (src/core) ---- */
+/* @@anchor:core@@ */
+
+/* ---- Colour buffers, palettes, DMX, geometry net (src/colour) ---- */
+/* @@anchor:colour@@ */
+
+/* ---- Pictures and picture files (src/pictures) ---- */
+/* @@anchor:pictures@@ */
+
 #endif /* KALVOR_KALVOR_H */
