@@ -1,6 +1,7 @@
 #include "support/harness.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -110,6 +111,17 @@ void write_file(const std::string& path, const Bytes& bytes) {
 Bytes read_file(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+void set_env(const char* name, const char* value) {
+#if defined(_WIN32)
+  _putenv_s(name, value ? value : "");
+#else
+  if (value)
+    setenv(name, value, 1);
+  else
+    unsetenv(name);
+#endif
 }
 
 std::string fixture(const std::string& relative) { return std::string(KALVOR_FIXTURES_DIR) + "/" + relative; }

@@ -82,6 +82,9 @@ std::string temp_path(const std::string& name);
 void write_file(const std::string& path, const Bytes& bytes);
 Bytes read_file(const std::string& path);
 
+// Sets (or, with value null, removes) an environment variable of the process.
+void set_env(const char* name, const char* value);
+
 // Path of a shared fixture file.
 std::string fixture(const std::string& relative);
 
