@@ -1,0 +1,70 @@
+/*
+ * A host's view of the recording transport (the LASER.DLL that records each
+ * command it is given). The host loads "LASER.DLL" itself, which yields the
+ * module kalvor bound, and reads the commands back. C and C++.
+ */
+#ifndef CONSUMER_RECORDING_H
+#define CONSUMER_RECORDING_H
+
+#include <stdint.h>
+#include <stdio.h>
+#include <string.h>
+
+#if defined(_WIN32)
+#include <windows.h>
+#define RECORDING_OPEN() ((void*)LoadLibraryA("LASER.DLL"))
+#define RECORDING_FIND(m, n) ((void*)GetProcAddress((HMODULE)(m), n))
+#else
+#include <dlfcn.h>
+#define RECORDING_OPEN() dlopen("LASER.DLL", RTLD_NOW)
+#define RECORDING_FIND(m, n) dlsym(m, n)
+#endif
+
+struct recording {
+  int (*count)(void);
+  uint32_t (*scanner)(int index);
+  uint32_t (*length)(int index);
+  const uint8_t* (*bytes)(int index);
+  int (*had_reply)(int index);
+  void (*set_reply)(uint8_t opcode, const uint8_t* bytes, uint32_t length);
+  int (*destructor_calls)(void);
+};
+
+/* Binds the recorder's entries; 0 when the loaded LASER.DLL does not record. */
+static int recording_open(struct recording* r) {
+  void* m = RECORDING_OPEN();
+  if (!m) return 0;
+  r->count = (int (*)(void))RECORDING_FIND(m, "recorder_count");
+  r->scanner = (uint32_t(*)(int))RECORDING_FIND(m, "recorder_scanner");
+  r->length = (uint32_t(*)(int))RECORDING_FIND(m, "recorder_length");
+  r->bytes = (const uint8_t* (*)(int))RECORDING_FIND(m, "recorder_bytes");
+  r->had_reply = (int (*)(int))RECORDING_FIND(m, "recorder_had_reply");
+  r->set_reply = (void (*)(uint8_t, const uint8_t*, uint32_t))RECORDING_FIND(m, "recorder_set_reply");
+  r->destructor_calls = (int (*)(void))RECORDING_FIND(m, "recorder_destructor_calls");
+  return r->count && r->scanner && r->length && r->bytes && r->had_reply && r->set_reply &&
+         r->destructor_calls;
+}
+
+/* 1 when command `index` went to `scanner` with exactly these bytes and, as
+ * `reply` says, with or without an answer area; otherwise prints the
+ * difference and returns 0. */
+static int recording_expect(const struct recording* r, int index, uint32_t scanner,
+                            const uint8_t* bytes, uint32_t length, int reply) {
+  if (index >= r->count()) {
+    printf("command %d: not sent (%d commands)\n", index, r->count());
+    return 0;
+  }
+  uint32_t n = r->length(index);
+  const uint8_t* got = r->bytes(index);
+  if (r->scanner(index) == scanner && n == length && memcmp(got, bytes, n) == 0 &&
+      (r->had_reply(index) != 0) == (reply != 0))
+    return 1;
+  printf("command %d: scanner %u, reply area %d, bytes:", index, r->scanner(index), r->had_reply(index));
+  for (uint32_t k = 0; k < n; ++k) printf(" %02X", got[k]);
+  printf("\n  expected scanner %u, reply area %d, bytes:", scanner, reply);
+  for (uint32_t k = 0; k < length; ++k) printf(" %02X", bytes[k]);
+  printf("\n");
+  return 0;
+}
+
+#endif

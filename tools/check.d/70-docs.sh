@@ -1,0 +1,40 @@
+# The API reference. Doxygen builds it from the public header and fails on any
+# warning (an undocumented export or parameter is one). Then every name in the
+# export list must have an entry in one of the reference's groups, and every
+# function in the reference must be exported.
+# Set KALVOR_SKIP_DOCS=1 to skip the stage.
+set -euo pipefail
+if [ "${KALVOR_SKIP_DOCS:-0}" = 1 ]; then
+  echo "docs skipped (KALVOR_SKIP_DOCS=1)"
+  exit 0
+fi
+need_packages cmake ninja-build g++ doxygen
+
+build="$KALVOR_ROOT/build-docs"
+# Only the docs target is built, so the tests (and GoogleTest) are left out.
+cmake -S "$KALVOR_ROOT" -B "$build" -G Ninja -DBUILD_TESTING=OFF >/dev/null
+cmake --build "$build" --target docs
+
+index="$build/docs/reference/xml/index.xml"
+exported=$(grep -v '^[[:space:]]*#' "$KALVOR_ROOT/exports/kalvor.exports" |
+  sed 's/[[:space:]]//g' | grep -v '^$' | sort -u)
+# Function members of group compounds in Doxygen's XML index.
+grouped=$(awk '
+  /<compound .*kind="group"/ { in_group = 1; next }
+  /<\/compound>/ { in_group = 0 }
+  in_group && /kind="function"/ {
+    sub(/.*<name>/, ""); sub(/<\/name>.*/, ""); print
+  }' "$index" | sort -u)
+
+missing=$(comm -23 <(echo "$exported") <(echo "$grouped"))
+extra=$(comm -13 <(echo "$exported") <(echo "$grouped"))
+if [ -n "$missing" ]; then
+  echo "exports without an entry in a group of the reference:"
+  echo "$missing" | sed 's/^/  /'
+fi
+if [ -n "$extra" ]; then
+  echo "functions in the reference that are not in exports/kalvor.exports:"
+  echo "$extra" | sed 's/^/  /'
+fi
+[ -z "$missing$extra" ] || exit 1
+echo "$(echo "$exported" | wc -l) exports have a reference entry: $build/docs/reference/html/index.html"
