@@ -8,7 +8,7 @@ if [ "${KALVOR_SKIP_PACKAGE:-0}" = 1 ]; then
   echo "package skipped (KALVOR_SKIP_PACKAGE=1)"
   exit 0
 fi
-need_packages cmake ninja-build g++ pkg-config dpkg-dev fakeroot lintian file
+need_packages cmake ninja-build g++ pkg-config libcli11-dev dpkg-dev fakeroot lintian file
 
 root=$KALVOR_ROOT
 build="$root/build-package"
@@ -16,7 +16,7 @@ scratch="$build/scratch"
 jobs=${KALVOR_JOBS:-2}
 
 echo "-- building the package"
-cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DCMAKE_INSTALL_PREFIX=/usr -DBUILD_TESTING=OFF >/dev/null
 cmake --build "$build" -j "$jobs"
 rm -f "$build"/*.deb
@@ -82,6 +82,17 @@ cc -std=c11 -Wall -Wextra -Werror -o "$scratch/pc/c_host" "$scratch/src/host.c" 
 c++ -std=c++17 -Wall -Wextra -Werror -o "$scratch/pc/cxx_host" "$scratch/src/host.cpp" $flags -ldl
 run_host "$scratch/pc/c_host"
 run_host "$scratch/pc/cxx_host"
+
+if [ -x "$prefix/bin/kalvor" ]; then
+  echo "-- the installed tool reads a picture through the installed virtual scanner"
+  # A two-point true-colour ILDA frame, then the closing header.
+  {
+    printf 'ILDA\0\0\0\x05frame001kalvor  \0\x02\0\0\0\x01\0\0'
+    printf '\xfc\x18\xfc\x18\0\0\0\xff\x03\xe8\x03\xe8\x80\xff\0\0'
+    printf 'ILDA\0\0\0\x05frame002kalvor  \0\0\0\x01\0\x01\0\0'
+  } >"$scratch/two-points.ild"
+  "$prefix/bin/kalvor" info "$scratch/two-points.ild"
+fi
 
 echo "-- cmake --install --prefix writes its own prefix into the pkg-config file"
 cmake --install "$build" --prefix "$scratch/prefix" >/dev/null
