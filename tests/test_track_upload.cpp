@@ -33,3 +33,93 @@ TEST_F(KalvorTest, UploadReturnsTheWaitValueOfTheAnswer) {
   DisplayInit();
   EXPECT_EQ(displayupdate(1), 0u);  // records were initialised again
 }
+
+// ---- uploads with active tracks ----------------------------------------------
+
+TEST_F(KalvorTest, UploadSendsEveryTrackUpToTheHighestActiveWithItsSlotsInUse) {
+  displayinittrack(1);
+  displayframe(1, 5, 9);
+  displayupdate(1);
+  Bytes sent = rec.at(0).bytes;
+  EXPECT_EQ(sent.size(), 3u + 6 * 582);
+  EXPECT_EQ(le<uint16_t>(sent, 1), 6);
+  EXPECT_EQ(le<uint16_t>(upload_track(sent, 5), 322), 9);
+
+  displayangx(1, 2, 2, 1.0);  // track 2 sends 3 slots
+  displayangx(1, 4, 7, 1.0);  // track 4 all 8
+  rec.clear();
+  displayupdate(1);
+  sent = rec.at(0).bytes;
+  EXPECT_EQ(sent.size(), 3u + 4 * 582 + 750 + 1170);
+  EXPECT_EQ(upload_track(sent, 2).size(), 750u);
+  EXPECT_EQ(upload_track(sent, 4).size(), 1170u);
+}
+
+TEST_F(KalvorTest, TrackActiveWithoutInitialisationSendsNoSlots) {
+  displayframe(1, 0, 1);
+  displayupdate(1);
+  EXPECT_EQ(rec.at(0).bytes.size(), 3u + 498);
+}
+
+TEST_F(KalvorTest, InitTrackWritesEveryDefaultAndKeepsUgcAndPrismMode) {
+  // Every field of track 0 away from its default first.
+  displaysparkling(1, 0, 1, 2);
+  displayscanlimits(1, 0, 3, 4);
+  DisplayR(1, 1, 5, 5, 5, 5, 5, 5);
+  DisplayG(1, 1, 6, 6, 6, 6, 6, 6);
+  DisplayB(1, 1, 7, 7, 7, 7, 7, 7);
+  displaycolor(1, 0, 8);
+  displayrgbcolor(1, 0, 9);
+  displayworld(1, 0, 10);
+  displaycolorshift(1, 0, 11);
+  displayintensity(1, 0, 0.5);
+  for (auto f : {DisplayRotR, DisplayRotG, DisplayRotB, DisplayHotSpot, DisplayCenterRecolorR, DisplayCenterRecolorG,
+                 DisplayCenterRecolorB, DisplayHue, DisplaySaturation, DisplayLightness, DisplayRotateX, DisplayRotateY,
+                 DisplayRotateZ})
+    f(1, 1, 0, 0, 0.5);
+  displaytrackugc(1, 1, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12);
+  DisplayPrism(1, 1, 3, 2.0, 13);
+  displaysurface(1, 0, 14);
+  displaymorphing(1, 0, 15, 16, 0.5);
+  displayflags(1, 0, 17);
+  displaypipeline(1, 0, 18);
+  displayrotationorder(1, 0, 19);
+  displayworldang(1, 0, 20, 21, 22);
+  displayclip(1, 0, 23, 24, 25, 26, 27, 28);
+  displaysize(1, 0, 29, 30);
+  DisplayShiftXY(1, 1, 0, 0, 1, 1);
+  displaydepthcue(1, 0, 31, 32);
+  DisplayShear(1, 1, 0, 0, 1, 2, 3, 4, 5, 6);
+  DisplayViewXYZ(1, 1, 0, 0, 1, 1, 1);
+  for (uint8_t s = 0; s < 8; ++s) {
+    displaypivot(1, 0, s, 1, 2, 3);
+    displayang(1, 0, s, 4, 5, 6);
+    displaypre(1, 0, s, 7, 8, 9);
+    displaypost(1, 0, s, 10, 11, 12);
+    displayscale(1, 0, s, 13, 14, 15);
+  }
+
+  displaycleartrack(1);
+  displayupdate(1);
+  EXPECT_EQ(rec.at(0).bytes, (Bytes{0x01, 0x00, 0x00}));
+  EXPECT_EQ(displaygetsizex(1, 0), 29.0);  // only the picture number was cleared
+
+  displayinittrack(1);
+  displayscalex(1, 0, 7, 1.0);  // all 8 slots in the upload
+  displayframe(1, 1, 1);
+  rec.clear();
+  displayupdate(1);
+
+  Bytes expected(1170, 0);
+  auto put = [&](size_t offset, const Bytes& b) { std::copy(b.begin(), b.end(), expected.begin() + offset); };
+  for (size_t offset : {11, 139, 147, 155, 163, 179, 187, 195, 284, 292, 300, 381, 389}) put(offset, le_bytes(1.0));
+  for (int k = 0; k < 10; ++k) put(203 + 8 * k, le_bytes(1.0 + k));  // UGC values kept
+  put(320, {13});                                                     // prism mode kept
+  put(321, {1});
+  put(340, {3});
+  put(369, concat({le_bytes<uint16_t>(65535), le_bytes<uint16_t>(65535), le_bytes<int32_t>(-131070),
+                   le_bytes<int32_t>(131070)}));
+  put(497, {8});  // 1 after initialisation, raised by displayscalex above
+  for (size_t s = 0; s < 8; ++s) put(498 + 84 * s + 60, concat({le_bytes(1.0), le_bytes(1.0), le_bytes(1.0)}));
+  EXPECT_EQ(upload_track(rec.at(0).bytes, 0), expected);
+}

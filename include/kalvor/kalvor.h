@@ -122,9 +122,1967 @@ KALVOR_API uint32_t KALVOR_CALL displayvisualupdate(uint32_t scanner);
 /** @} */
 
 /* ---- Slot transforms, track geometry, geometry commands (src/state) ---- */
+/**
+ * @defgroup slots Slot transforms
+ * The 8 transform slots of each track: pivot, angles, pre-move, post-move and
+ * scale. Every export that writes slot s raises the track's slot count to at
+ * least s + 1 so that the slot is sent with the next track upload; getters
+ * never change it. Nothing is sent at once.
+ * @{
+ */
+
+/**
+ * @defgroup slots_ang Slot rotation angle
+ * @ingroup slots
+ * The slot fields angleX, angleY and angleZ (degrees).
+ * @{
+ */
+
+/**
+ * Stores the rotation angle angleX of one slot unchanged, raising the track's
+ * slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new angleX, degrees
+ */
+KALVOR_API void KALVOR_CALL displayangx(uint32_t scanner, uint16_t track, uint8_t slot, double value);
+
+/**
+ * Stores the rotation angle angleY of one slot unchanged, raising the track's
+ * slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new angleY, degrees
+ */
+KALVOR_API void KALVOR_CALL displayangy(uint32_t scanner, uint16_t track, uint8_t slot, double value);
+
+/**
+ * Stores the rotation angle angleZ of one slot unchanged, raising the track's
+ * slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new angleZ, degrees
+ */
+KALVOR_API void KALVOR_CALL displayangz(uint32_t scanner, uint16_t track, uint8_t slot, double value);
+
+/**
+ * Stores the three rotation angle fields angleX, angleY and angleZ of one slot
+ * unchanged, raising the track's slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param x         the new angleX, degrees
+ * @param y         the new angleY, degrees
+ * @param z         the new angleZ, degrees
+ */
+KALVOR_API void KALVOR_CALL displayang(uint32_t scanner, uint16_t track, uint8_t slot, double x, double y, double z);
+
+/**
+ * Reads the rotation angle angleX of one slot; the slot count is not changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored angleX, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API double KALVOR_CALL displaygetangx(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * Reads the rotation angle angleY of one slot; the slot count is not changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored angleY, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API double KALVOR_CALL displaygetangy(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * Reads the rotation angle angleZ of one slot; the slot count is not changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored angleZ, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API double KALVOR_CALL displaygetangz(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * For every selected slot of every selected track, adds value x 360 (value is
+ * a fraction of a full turn, the field holds degrees), and raises the track's
+ * slot count to at least s + 1 for each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a fraction of a full turn
+ */
+KALVOR_API void KALVOR_CALL DisplayAngleX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * For every selected slot of every selected track, adds value x 360 (value is
+ * a fraction of a full turn, the field holds degrees), and raises the track's
+ * slot count to at least s + 1 for each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a fraction of a full turn
+ */
+KALVOR_API void KALVOR_CALL DisplayAngleY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * For every selected slot of every selected track, adds value x 360 (value is
+ * a fraction of a full turn, the field holds degrees), and raises the track's
+ * slot count to at least s + 1 for each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a fraction of a full turn
+ */
+KALVOR_API void KALVOR_CALL DisplayAngleZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * The three-axis form of DisplayAngleX: for every selected slot of every
+ * selected track raises the slot count once, then updates angleX, angleY and
+ * angleZ in this order, each with its own value: adds value x 360 (value is a
+ * fraction of a full turn, the field holds degrees).
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param x         for angleX, a fraction of a full turn
+ * @param y         for angleY, a fraction of a full turn
+ * @param z         for angleZ, a fraction of a full turn
+ */
+KALVOR_API void KALVOR_CALL DisplayAngleXYZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double x, double y, double z);
+
+/** @} */
+
+/**
+ * @defgroup slots_pivot Slot pivot point
+ * @ingroup slots
+ * The slot fields pivotX, pivotY and pivotZ (coordinate units).
+ * @{
+ */
+
+/**
+ * Stores the pivot point pivotX of one slot unchanged, raising the track's
+ * slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new pivotX, coordinate units
+ */
+KALVOR_API void KALVOR_CALL displaypivotx(uint32_t scanner, uint16_t track, uint8_t slot, int32_t value);
+
+/**
+ * Stores the pivot point pivotY of one slot unchanged, raising the track's
+ * slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new pivotY, coordinate units
+ */
+KALVOR_API void KALVOR_CALL displaypivoty(uint32_t scanner, uint16_t track, uint8_t slot, int32_t value);
+
+/**
+ * Stores the pivot point pivotZ of one slot unchanged, raising the track's
+ * slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new pivotZ, coordinate units
+ */
+KALVOR_API void KALVOR_CALL displaypivotz(uint32_t scanner, uint16_t track, uint8_t slot, int32_t value);
+
+/**
+ * Stores the three pivot point fields pivotX, pivotY and pivotZ of one slot
+ * unchanged, raising the track's slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param x         the new pivotX, coordinate units
+ * @param y         the new pivotY, coordinate units
+ * @param z         the new pivotZ, coordinate units
+ */
+KALVOR_API void KALVOR_CALL displaypivot(uint32_t scanner, uint16_t track, uint8_t slot, int32_t x, int32_t y, int32_t z);
+
+/**
+ * Reads the pivot point pivotX of one slot; the slot count is not changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored pivotX, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API int32_t KALVOR_CALL displaygetpivotx(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * Reads the pivot point pivotY of one slot; the slot count is not changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored pivotY, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API int32_t KALVOR_CALL displaygetpivoty(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * Reads the pivot point pivotZ of one slot; the slot count is not changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored pivotZ, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API int32_t KALVOR_CALL displaygetpivotz(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * For every selected slot of every selected track, adds value x 65535 to the
+ * stored value and truncates the sum toward zero (a sum beyond the 32-bit
+ * range gives the nearest end; NaN gives 0), and raises the track's slot count
+ * to at least s + 1 for each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPivotX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * For every selected slot of every selected track, adds value x 65535 to the
+ * stored value and truncates the sum toward zero (a sum beyond the 32-bit
+ * range gives the nearest end; NaN gives 0), and raises the track's slot count
+ * to at least s + 1 for each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPivotY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * For every selected slot of every selected track, adds value x 65535 to the
+ * stored value and truncates the sum toward zero (a sum beyond the 32-bit
+ * range gives the nearest end; NaN gives 0), and raises the track's slot count
+ * to at least s + 1 for each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPivotZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * The three-axis form of DisplayPivotX: for every selected slot of every
+ * selected track raises the slot count once, then updates pivotX, pivotY and
+ * pivotZ in this order, each with its own value: adds value x 65535 to the
+ * stored value and truncates the sum toward zero (a sum beyond the 32-bit
+ * range gives the nearest end; NaN gives 0).
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param x         for pivotX, a fraction of the coordinate range
+ * @param y         for pivotY, a fraction of the coordinate range
+ * @param z         for pivotZ, a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPivotXYZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double x, double y, double z);
+
+/** @} */
+
+/**
+ * @defgroup slots_pre Slot pre-move offset
+ * @ingroup slots
+ * The slot fields preMoveX, preMoveY and preMoveZ (coordinate units).
+ * @{
+ */
+
+/**
+ * Stores the pre-move offset preMoveX of one slot unchanged, raising the
+ * track's slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new preMoveX, coordinate units
+ */
+KALVOR_API void KALVOR_CALL displayprex(uint32_t scanner, uint16_t track, uint8_t slot, int32_t value);
+
+/**
+ * Stores the pre-move offset preMoveY of one slot unchanged, raising the
+ * track's slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new preMoveY, coordinate units
+ */
+KALVOR_API void KALVOR_CALL displayprey(uint32_t scanner, uint16_t track, uint8_t slot, int32_t value);
+
+/**
+ * Stores the pre-move offset preMoveZ of one slot unchanged, raising the
+ * track's slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new preMoveZ, coordinate units
+ */
+KALVOR_API void KALVOR_CALL displayprez(uint32_t scanner, uint16_t track, uint8_t slot, int32_t value);
+
+/**
+ * Stores the three pre-move offset fields preMoveX, preMoveY and preMoveZ of
+ * one slot unchanged, raising the track's slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param x         the new preMoveX, coordinate units
+ * @param y         the new preMoveY, coordinate units
+ * @param z         the new preMoveZ, coordinate units
+ */
+KALVOR_API void KALVOR_CALL displaypre(uint32_t scanner, uint16_t track, uint8_t slot, int32_t x, int32_t y, int32_t z);
+
+/**
+ * Reads the pre-move offset preMoveX of one slot; the slot count is not
+ * changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored preMoveX, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API int32_t KALVOR_CALL displaygetprex(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * Reads the pre-move offset preMoveY of one slot; the slot count is not
+ * changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored preMoveY, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API int32_t KALVOR_CALL displaygetprey(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * Reads the pre-move offset preMoveZ of one slot; the slot count is not
+ * changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored preMoveZ, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API int32_t KALVOR_CALL displaygetprez(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * For every selected slot of every selected track, adds value x 65535 to the
+ * stored value and truncates the sum toward zero (a sum beyond the 32-bit
+ * range gives the nearest end; NaN gives 0), and raises the track's slot count
+ * to at least s + 1 for each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPreMoveX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * For every selected slot of every selected track, adds value x 65535 to the
+ * stored value and truncates the sum toward zero (a sum beyond the 32-bit
+ * range gives the nearest end; NaN gives 0), and raises the track's slot count
+ * to at least s + 1 for each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPreMoveY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * For every selected slot of every selected track, adds value x 65535 to the
+ * stored value and truncates the sum toward zero (a sum beyond the 32-bit
+ * range gives the nearest end; NaN gives 0), and raises the track's slot count
+ * to at least s + 1 for each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPreMoveZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * The three-axis form of DisplayPreMoveX: for every selected slot of every
+ * selected track raises the slot count once, then updates preMoveX, preMoveY
+ * and preMoveZ in this order, each with its own value: adds value x 65535 to
+ * the stored value and truncates the sum toward zero (a sum beyond the 32-bit
+ * range gives the nearest end; NaN gives 0).
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param x         for preMoveX, a fraction of the coordinate range
+ * @param y         for preMoveY, a fraction of the coordinate range
+ * @param z         for preMoveZ, a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPreMoveXYZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double x, double y, double z);
+
+/** @} */
+
+/**
+ * @defgroup slots_post Slot post-move offset
+ * @ingroup slots
+ * The slot fields postMoveX, postMoveY and postMoveZ (coordinate units).
+ * @{
+ */
+
+/**
+ * Stores the post-move offset postMoveX of one slot unchanged, raising the
+ * track's slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new postMoveX, coordinate units
+ */
+KALVOR_API void KALVOR_CALL displaypostx(uint32_t scanner, uint16_t track, uint8_t slot, int32_t value);
+
+/**
+ * Stores the post-move offset postMoveY of one slot unchanged, raising the
+ * track's slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new postMoveY, coordinate units
+ */
+KALVOR_API void KALVOR_CALL displayposty(uint32_t scanner, uint16_t track, uint8_t slot, int32_t value);
+
+/**
+ * Stores the post-move offset postMoveZ of one slot unchanged, raising the
+ * track's slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new postMoveZ, coordinate units
+ */
+KALVOR_API void KALVOR_CALL displaypostz(uint32_t scanner, uint16_t track, uint8_t slot, int32_t value);
+
+/**
+ * Stores the three post-move offset fields postMoveX, postMoveY and postMoveZ
+ * of one slot unchanged, raising the track's slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param x         the new postMoveX, coordinate units
+ * @param y         the new postMoveY, coordinate units
+ * @param z         the new postMoveZ, coordinate units
+ */
+KALVOR_API void KALVOR_CALL displaypost(uint32_t scanner, uint16_t track, uint8_t slot, int32_t x, int32_t y, int32_t z);
+
+/**
+ * Reads the post-move offset postMoveX of one slot; the slot count is not
+ * changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored postMoveX, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API int32_t KALVOR_CALL displaygetpostx(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * Reads the post-move offset postMoveY of one slot; the slot count is not
+ * changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored postMoveY, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API int32_t KALVOR_CALL displaygetposty(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * Reads the post-move offset postMoveZ of one slot; the slot count is not
+ * changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored postMoveZ, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API int32_t KALVOR_CALL displaygetpostz(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * For every selected slot of every selected track, adds value x 65535 to the
+ * stored value and truncates the sum toward zero (a sum beyond the 32-bit
+ * range gives the nearest end; NaN gives 0), and raises the track's slot count
+ * to at least s + 1 for each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPostMoveX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * For every selected slot of every selected track, adds value x 65535 to the
+ * stored value and truncates the sum toward zero (a sum beyond the 32-bit
+ * range gives the nearest end; NaN gives 0), and raises the track's slot count
+ * to at least s + 1 for each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPostMoveY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * For every selected slot of every selected track, adds value x 65535 to the
+ * stored value and truncates the sum toward zero (a sum beyond the 32-bit
+ * range gives the nearest end; NaN gives 0), and raises the track's slot count
+ * to at least s + 1 for each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPostMoveZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * The three-axis form of DisplayPostMoveX: for every selected slot of every
+ * selected track raises the slot count once, then updates postMoveX, postMoveY
+ * and postMoveZ in this order, each with its own value: adds value x 65535 to
+ * the stored value and truncates the sum toward zero (a sum beyond the 32-bit
+ * range gives the nearest end; NaN gives 0).
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param x         for postMoveX, a fraction of the coordinate range
+ * @param y         for postMoveY, a fraction of the coordinate range
+ * @param z         for postMoveZ, a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPostMoveXYZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double x, double y, double z);
+
+/** @} */
+
+/**
+ * @defgroup slots_scale Slot scale factor
+ * @ingroup slots
+ * The slot fields scaleX, scaleY and scaleZ (1.0 leaves the size unchanged).
+ * @{
+ */
+
+/**
+ * Stores the scale factor scaleX of one slot unchanged, raising the track's
+ * slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new scaleX, 1.0 leaves the size unchanged
+ */
+KALVOR_API void KALVOR_CALL displayscalex(uint32_t scanner, uint16_t track, uint8_t slot, double value);
+
+/**
+ * Stores the scale factor scaleY of one slot unchanged, raising the track's
+ * slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new scaleY, 1.0 leaves the size unchanged
+ */
+KALVOR_API void KALVOR_CALL displayscaley(uint32_t scanner, uint16_t track, uint8_t slot, double value);
+
+/**
+ * Stores the scale factor scaleZ of one slot unchanged, raising the track's
+ * slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param value     the new scaleZ, 1.0 leaves the size unchanged
+ */
+KALVOR_API void KALVOR_CALL displayscalez(uint32_t scanner, uint16_t track, uint8_t slot, double value);
+
+/**
+ * Stores the three scale factor fields scaleX, scaleY and scaleZ of one slot
+ * unchanged, raising the track's slot count to at least slot + 1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @param x         the new scaleX, 1.0 leaves the size unchanged
+ * @param y         the new scaleY, 1.0 leaves the size unchanged
+ * @param z         the new scaleZ, 1.0 leaves the size unchanged
+ */
+KALVOR_API void KALVOR_CALL displayscale(uint32_t scanner, uint16_t track, uint8_t slot, double x, double y, double z);
+
+/**
+ * Reads the scale factor scaleX of one slot; the slot count is not changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored scaleX, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API double KALVOR_CALL displaygetscalex(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * Reads the scale factor scaleY of one slot; the slot count is not changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored scaleY, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API double KALVOR_CALL displaygetscaley(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * Reads the scale factor scaleZ of one slot; the slot count is not changed.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param slot      slot index, 0 to 7 (low 8 bits used)
+ * @return the stored scaleZ, or 0 for an out-of-range scanner, track or slot
+ */
+KALVOR_API double KALVOR_CALL displaygetscalez(uint32_t scanner, uint16_t track, uint8_t slot);
+
+/**
+ * For every selected slot of every selected track, multiplies the stored
+ * factor by value, and raises the track's slot count to at least s + 1 for
+ * each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a factor
+ */
+KALVOR_API void KALVOR_CALL DisplayScaleX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * For every selected slot of every selected track, multiplies the stored
+ * factor by value, and raises the track's slot count to at least s + 1 for
+ * each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a factor
+ */
+KALVOR_API void KALVOR_CALL DisplayScaleY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * For every selected slot of every selected track, multiplies the stored
+ * factor by value, and raises the track's slot count to at least s + 1 for
+ * each slot s visited.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param value     a factor
+ */
+KALVOR_API void KALVOR_CALL DisplayScaleZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * The three-axis form of DisplayScaleX: for every selected slot of every
+ * selected track raises the slot count once, then updates scaleX, scaleY and
+ * scaleZ in this order, each with its own value: multiplies the stored factor
+ * by value.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  bit s selects slot s (0 to 7); bits 8 to 31 are ignored
+ * @param reserved  not read
+ * @param x         for scaleX, a factor
+ * @param y         for scaleY, a factor
+ * @param z         for scaleZ, a factor
+ */
+KALVOR_API void KALVOR_CALL DisplayScaleXYZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double x, double y, double z);
+
+/** @} */
+
+/** @} */
+
+/**
+ * @defgroup track_geometry Track geometry
+ * World angles, rotation, size, shift, view, shear, clip box, depth cue, scan
+ * limits, code fields, prism and the picture shown, per track. Immediate
+ * setters store their values unchanged; the change is sent with the next
+ * track upload.
+ * @{
+ */
+
+/**
+ * Stores the world angle worldAngleX of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     degrees
+ */
+KALVOR_API void KALVOR_CALL displayworldangx(uint32_t scanner, uint16_t track, double value);
+
+/**
+ * Stores the world angle worldAngleY of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     degrees
+ */
+KALVOR_API void KALVOR_CALL displayworldangy(uint32_t scanner, uint16_t track, double value);
+
+/**
+ * Stores the world angle worldAngleZ of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     degrees
+ */
+KALVOR_API void KALVOR_CALL displayworldangz(uint32_t scanner, uint16_t track, double value);
+
+/**
+ * Stores the three world angles of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param x         worldAngleX, degrees
+ * @param y         worldAngleY, degrees
+ * @param z         worldAngleZ, degrees
+ */
+KALVOR_API void KALVOR_CALL displayworldang(uint32_t scanner, uint16_t track, double x, double y, double z);
+
+/**
+ * Stores the size factor sizeX of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     factor; 1.0 leaves the size unchanged
+ */
+KALVOR_API void KALVOR_CALL displaysizex(uint32_t scanner, uint16_t track, double value);
+
+/**
+ * Stores the size factor sizeY of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     factor; 1.0 leaves the size unchanged
+ */
+KALVOR_API void KALVOR_CALL displaysizey(uint32_t scanner, uint16_t track, double value);
+
+/**
+ * Stores both size factors of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param x         sizeX factor
+ * @param y         sizeY factor
+ */
+KALVOR_API void KALVOR_CALL displaysize(uint32_t scanner, uint16_t track, double x, double y);
+
+/**
+ * Reads the size factor sizeX of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @return the factor, or 0 for an out-of-range scanner or track
+ */
+KALVOR_API double KALVOR_CALL displaygetsizex(uint32_t scanner, uint16_t track);
+
+/**
+ * Reads the size factor sizeY of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @return the factor, or 0 for an out-of-range scanner or track
+ */
+KALVOR_API double KALVOR_CALL displaygetsizey(uint32_t scanner, uint16_t track);
+
+/**
+ * Stores the whole clip box of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param x1        clipX1, 0 to 65535 across the coordinate range
+ * @param y1        clipY1, 0 to 65535
+ * @param z1        clipZ1, near depth in coordinate units
+ * @param x2        clipX2, 0 to 65535
+ * @param y2        clipY2, 0 to 65535
+ * @param z2        clipZ2, far depth in coordinate units
+ */
+KALVOR_API void KALVOR_CALL displayclip(uint32_t scanner, uint16_t track, uint16_t x1, uint16_t y1, int32_t z1, uint16_t x2, uint16_t y2, int32_t z2);
+
+/**
+ * Stores the clip rectangle field clipX1 of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     0 to 65535 across the coordinate range
+ */
+KALVOR_API void KALVOR_CALL displayclipx1(uint32_t scanner, uint16_t track, uint16_t value);
+
+/**
+ * Stores the clip rectangle field clipY1 of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     0 to 65535 across the coordinate range
+ */
+KALVOR_API void KALVOR_CALL displayclipy1(uint32_t scanner, uint16_t track, uint16_t value);
+
+/**
+ * Stores the clip rectangle field clipX2 of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     0 to 65535 across the coordinate range
+ */
+KALVOR_API void KALVOR_CALL displayclipx2(uint32_t scanner, uint16_t track, uint16_t value);
+
+/**
+ * Stores the clip rectangle field clipY2 of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     0 to 65535 across the coordinate range
+ */
+KALVOR_API void KALVOR_CALL displayclipy2(uint32_t scanner, uint16_t track, uint16_t value);
+
+/**
+ * Stores the near clip depth clipZ1 of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     coordinate units
+ */
+KALVOR_API void KALVOR_CALL displayclipz1(uint32_t scanner, uint16_t track, int32_t value);
+
+/**
+ * Stores the far clip depth clipZ2 of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     coordinate units
+ */
+KALVOR_API void KALVOR_CALL displayclipz2(uint32_t scanner, uint16_t track, int32_t value);
+
+/**
+ * Stores the two depth-cue values of one track; the scanner interprets them.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param first     depthCue1
+ * @param second    depthCue2
+ */
+KALVOR_API void KALVOR_CALL displaydepthcue(uint32_t scanner, uint16_t track, uint32_t first, uint32_t second);
+
+/**
+ * Stores the two scan limits of one track. The track is taken as a full 32-bit
+ * value: 65,536 + 3 is out of range, not track 3.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (all 32 bits used)
+ * @param low       scanLimitLow
+ * @param high      scanLimitHigh
+ */
+KALVOR_API void KALVOR_CALL displayscanlimits(uint32_t scanner, uint32_t track, double low, double high);
+
+/**
+ * Stores rotationOrder of one track: the code for the order in which the
+ * scanner applies rotations.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     the new rotationOrder
+ */
+KALVOR_API void KALVOR_CALL displayrotationorder(uint32_t scanner, uint16_t track, uint8_t value);
+
+/**
+ * Stores pipeline of one track: the pipeline value.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     the new pipeline
+ */
+KALVOR_API void KALVOR_CALL displaypipeline(uint32_t scanner, uint16_t track, uint32_t value);
+
+/**
+ * Stores surface of one track: the surface code.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     the new surface
+ */
+KALVOR_API void KALVOR_CALL displaysurface(uint32_t scanner, uint16_t track, uint8_t value);
+
+/**
+ * Stores flags of one track: the whole flag word (0 clears every bit).
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     the new flags
+ */
+KALVOR_API void KALVOR_CALL displayflags(uint32_t scanner, uint16_t track, uint16_t value);
+
+/**
+ * Stores world of one track: the world number of the track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     the new world
+ */
+KALVOR_API void KALVOR_CALL displayworld(uint32_t scanner, uint16_t track, uint8_t value);
+
+/**
+ * Sets flag bits of one track: flags becomes flags OR bits.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param bits      the bits to set
+ */
+KALVOR_API void KALVOR_CALL displaysetflag(uint32_t scanner, uint16_t track, uint16_t bits);
+
+/**
+ * Sets the picture a track shows. A nonzero picture makes the track active, so
+ * the next upload sends it; 0 makes it inactive.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param picture   picture number, 0 for none
+ */
+KALVOR_API void KALVOR_CALL displayframe(uint32_t scanner, uint16_t track, uint16_t picture);
+
+/**
+ * Stores a morph in one track: the picture shown (which makes the track active
+ * when nonzero), the second picture and the amount, unchanged (no limit).
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param picture   pictureNumber
+ * @param second    morphPicture
+ * @param amount    morph amount, stored unchanged
+ */
+KALVOR_API void KALVOR_CALL displaymorphing(uint32_t scanner, uint16_t track, uint16_t picture, uint16_t second, double amount);
+
+/** @} */
+
+/**
+ * @defgroup track_geometry_masked Track geometry through masks
+ * Exports that change every track selected by a track mask. They ignore the
+ * slot mask and never read the reserved argument. Angles are fractions of a
+ * full turn (x 360); shift, view and clip values fractions of the
+ * coordinate range (x 65535). The argument is converted once, before the
+ * loop.
+ * @{
+ */
+
+/**
+ * Adds value x 360 to worldAngleX of every selected track; the sum is not
+ * reduced modulo 360.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of a full turn
+ */
+KALVOR_API void KALVOR_CALL DisplayWorldAngleX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Adds value x 360 to worldAngleY of every selected track; the sum is not
+ * reduced modulo 360.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of a full turn
+ */
+KALVOR_API void KALVOR_CALL DisplayWorldAngleY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Adds value x 360 to worldAngleZ of every selected track; the sum is not
+ * reduced modulo 360.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of a full turn
+ */
+KALVOR_API void KALVOR_CALL DisplayWorldAngleZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Adds x x 360, y x 360 and z x 360 to the three world angles of every
+ * selected track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param x         for worldAngleX, a fraction of a full turn
+ * @param y         for worldAngleY, a fraction of a full turn
+ * @param z         for worldAngleZ, a fraction of a full turn
+ */
+KALVOR_API void KALVOR_CALL DisplayWorldAngleXYZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double x, double y, double z);
+
+/**
+ * Adds value x 360 to rotateX of every selected track; the sum is not reduced
+ * modulo 360.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of a full turn
+ */
+KALVOR_API void KALVOR_CALL DisplayRotateX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Adds value x 360 to rotateY of every selected track; the sum is not reduced
+ * modulo 360.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of a full turn
+ */
+KALVOR_API void KALVOR_CALL DisplayRotateY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Adds value x 360 to rotateZ of every selected track; the sum is not reduced
+ * modulo 360.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of a full turn
+ */
+KALVOR_API void KALVOR_CALL DisplayRotateZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies sizeX of every selected track by value.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor
+ */
+KALVOR_API void KALVOR_CALL DisplaySizeX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies sizeY of every selected track by value.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor
+ */
+KALVOR_API void KALVOR_CALL DisplaySizeY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies sizeX of every selected track by value. The same as DisplaySizeX.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor
+ */
+KALVOR_API void KALVOR_CALL TDisplaySizeX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies sizeY of every selected track by value. The same as DisplaySizeY.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor
+ */
+KALVOR_API void KALVOR_CALL TDisplaySizeY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies sizeX by x and sizeY by y in every selected track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param x         factor for sizeX
+ * @param y         factor for sizeY
+ */
+KALVOR_API void KALVOR_CALL DisplaySizeXY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double x, double y);
+
+/**
+ * Adds n = trunc(value x 65535) to shiftX of every selected track, with 32-bit
+ * wrap-around. The increment is truncated before it is added, so 0.5 always
+ * moves the field by 32767 whatever its sign.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayShiftX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Adds n = trunc(value x 65535) to shiftY of every selected track, with 32-bit
+ * wrap-around. The increment is truncated before it is added, so 0.5 always
+ * moves the field by 32767 whatever its sign.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayShiftY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Adds n = trunc(value x 65535) to shiftX of every selected track, with 32-bit
+ * wrap-around. The increment is truncated before it is added, so 0.5 always
+ * moves the field by 32767 whatever its sign. The same as DisplayShiftX.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL TDisplayShiftX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Adds n = trunc(value x 65535) to shiftY of every selected track, with 32-bit
+ * wrap-around. The increment is truncated before it is added, so 0.5 always
+ * moves the field by 32767 whatever its sign. The same as DisplayShiftY.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL TDisplayShiftY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Adds trunc(x x 65535) to shiftX and trunc(y x 65535) to shiftY of every
+ * selected track, with 32-bit wrap-around.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param x         for shiftX, a fraction of the coordinate range
+ * @param y         for shiftY, a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayShiftXY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double x, double y);
+
+/**
+ * Adds n = trunc(value x 65535) to viewX of every selected track, with 32-bit
+ * wrap-around. The increment is truncated before it is added, so 0.5 always
+ * moves the field by 32767 whatever its sign.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayViewX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Adds n = trunc(value x 65535) to viewY of every selected track, with 32-bit
+ * wrap-around. The increment is truncated before it is added, so 0.5 always
+ * moves the field by 32767 whatever its sign.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayViewY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Adds n = trunc(value x 65535) to viewZ of every selected track, with 32-bit
+ * wrap-around. The increment is truncated before it is added, so 0.5 always
+ * moves the field by 32767 whatever its sign.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayViewZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Adds trunc(x x 65535), trunc(y x 65535) and trunc(z x 65535) to viewX, viewY
+ * and viewZ of every selected track, with 32-bit wrap-around.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param x         for viewX, a fraction of the coordinate range
+ * @param y         for viewY, a fraction of the coordinate range
+ * @param z         for viewZ, a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayViewXYZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double x, double y, double z);
+
+/**
+ * Replaces the shear factor shearXByY of every selected track by value.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     shear factor
+ */
+KALVOR_API void KALVOR_CALL DisplayShearXByY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces the shear factor shearXByZ of every selected track by value.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     shear factor
+ */
+KALVOR_API void KALVOR_CALL DisplayShearXByZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces the shear factor shearYByX of every selected track by value.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     shear factor
+ */
+KALVOR_API void KALVOR_CALL DisplayShearYByX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces the shear factor shearYByZ of every selected track by value.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     shear factor
+ */
+KALVOR_API void KALVOR_CALL DisplayShearYByZ(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces the shear factor shearZByX of every selected track by value.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     shear factor
+ */
+KALVOR_API void KALVOR_CALL DisplayShearZByX(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces the shear factor shearZByY of every selected track by value.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     shear factor
+ */
+KALVOR_API void KALVOR_CALL DisplayShearZByY(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces the six shear factors of every selected track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param xByY      shearXByY
+ * @param xByZ      shearXByZ
+ * @param yByX      shearYByX
+ * @param yByZ      shearYByZ
+ * @param zByX      shearZByX
+ * @param zByY      shearZByY
+ */
+KALVOR_API void KALVOR_CALL DisplayShear(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double xByY, double xByZ, double yByX, double yByZ, double zByX, double zByY);
+
+/**
+ * Replaces clipX1 of every selected track by the low 16 bits of trunc(value x
+ * 65535), i.e. modulo 65536: 1.0 gives 65535, 1.5 gives 32766, -0.5 gives
+ * 32769.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayClipX1(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces clipY1 of every selected track by the low 16 bits of trunc(value x
+ * 65535), i.e. modulo 65536: 1.0 gives 65535, 1.5 gives 32766, -0.5 gives
+ * 32769.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayClipY1(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces clipX2 of every selected track by the low 16 bits of trunc(value x
+ * 65535), i.e. modulo 65536: 1.0 gives 65535, 1.5 gives 32766, -0.5 gives
+ * 32769.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayClipX2(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces clipY2 of every selected track by the low 16 bits of trunc(value x
+ * 65535), i.e. modulo 65536: 1.0 gives 65535, 1.5 gives 32766, -0.5 gives
+ * 32769.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayClipY2(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces clipZ1 of every selected track by trunc(value x 65535), all 32
+ * bits.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range; -2.0 gives -131070
+ */
+KALVOR_API void KALVOR_CALL DisplayClipZ1(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces clipZ2 of every selected track by trunc(value x 65535), all 32
+ * bits.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range; -2.0 gives -131070
+ */
+KALVOR_API void KALVOR_CALL DisplayClipZ2(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces the whole clip box of every selected track, each value converted as
+ * by DisplayClipX1 (rectangle) or DisplayClipZ1 (depth).
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param x1        clipX1, a fraction of the coordinate range
+ * @param y1        clipY1, a fraction of the coordinate range
+ * @param z1        clipZ1, a fraction of the coordinate range
+ * @param x2        clipX2, a fraction of the coordinate range
+ * @param y2        clipY2, a fraction of the coordinate range
+ * @param z2        clipZ2, a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayClipCube(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double x1, double y1, double z1, double x2, double y2, double z2);
+
+/**
+ * Replaces pipeline of every selected track by trunc(value x 65535), where a
+ * negative product is raised to 0 first; there is no upper limit.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     a fraction of the coordinate range
+ */
+KALVOR_API void KALVOR_CALL DisplayPipeline(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Stores the prism settings of every selected track: the factor limited to
+ * -4..4, then the count limited to 0..24, and the mode unchanged.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param count     prism count; below 0 gives 0, above 24 gives 24
+ * @param factor    prism factor; below -4 gives -4, otherwise above 4 gives 4 (NaN passes)
+ * @param mode      prism mode, stored unchanged
+ */
+KALVOR_API void KALVOR_CALL DisplayPrism(uint32_t scanner, uint32_t trackMask, int32_t count, double factor, uint8_t mode);
+
+/** @} */
+
+/**
+ * @defgroup geometry_commands Geometry commands
+ * Commands built from their arguments and sent at once; nothing is stored.
+ * The queries clear their answer area first, so with no transport bound their
+ * out-values become 0; a null out-pointer is skipped.
+ * @{
+ */
+
+/**
+ * Sends a morph at once: 0x07, track u16, picture u16, second picture u16,
+ * amount f64 limited to 0..1 (15 bytes).
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param picture   first picture
+ * @param second    second picture
+ * @param amount    morph amount; below 0 gives 0, otherwise above 1 gives 1 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL displaymorph(uint32_t scanner, uint16_t track, uint16_t picture, uint16_t second, double amount);
+
+/**
+ * Camera query: sends 0x09, index u16, fraction f64 limited to 0..1, mode u8
+ * (12 bytes) with a 36-byte answer area, then copies the six answer values to
+ * the out-pointers.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param index     camera index
+ * @param fraction  fraction; below 0 gives 0, otherwise above 1 gives 1
+ * @param mode      mode byte, sent unchanged
+ * @param v1        receives the first 32-bit value of the answer (offset 0)
+ * @param v2        receives the second 32-bit value (offset 4)
+ * @param v3        receives the third 32-bit value (offset 8)
+ * @param d1        receives the first double (offset 12)
+ * @param d2        receives the second double (offset 20)
+ * @param d3        receives the third double (offset 28)
+ */
+KALVOR_API void KALVOR_CALL displaycamera(uint32_t scanner, uint16_t index, double fraction, uint8_t mode, int32_t* v1, int32_t* v2, int32_t* v3, double* d1, double* d2, double* d3);
+
+/**
+ * Second camera query: sends 0x1E, index u16, second index u16, fraction f64
+ * limited to 0..1 (13 bytes) with a 36-byte answer area, then copies the six
+ * answer values as displaycamera does.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param index     first index
+ * @param second    second index
+ * @param fraction  fraction; below 0 gives 0, otherwise above 1 gives 1
+ * @param v1        receives the first 32-bit value of the answer (offset 0)
+ * @param v2        receives the second 32-bit value (offset 4)
+ * @param v3        receives the third 32-bit value (offset 8)
+ * @param d1        receives the first double (offset 12)
+ * @param d2        receives the second double (offset 20)
+ * @param d3        receives the third double (offset 28)
+ */
+KALVOR_API void KALVOR_CALL displaycamera2(uint32_t scanner, uint16_t index, uint16_t second, double fraction, int32_t* v1, int32_t* v2, int32_t* v3, double* d1, double* d2, double* d3);
+
+/**
+ * Sends the skew value: 0x1A, value u16 (3 bytes).
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param value     skew value
+ */
+KALVOR_API void KALVOR_CALL displayskew(uint32_t scanner, uint16_t value);
+
+/**
+ * Sends the shift and size of the whole scanner: 0x1D, shift x i32, shift y
+ * i32, size x f64, size y f64 (25 bytes), all unchanged.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param shiftX    shift x, coordinate units
+ * @param shiftY    shift y, coordinate units
+ * @param sizeX     size factor x
+ * @param sizeY     size factor y
+ */
+KALVOR_API void KALVOR_CALL displayglobalshiftsize(uint32_t scanner, int32_t shiftX, int32_t shiftY, double sizeX, double sizeY);
+
+/**
+ * Sends the geometry of one world: 0x0E, world u16, shift x i32, shift y i32,
+ * size x f64, size y f64, then f1..f4 each as the low 16 bits of trunc(f x
+ * 65535), then angle x 360 as f64 (43 bytes).
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param world     world number
+ * @param shiftX    shift x, coordinate units
+ * @param shiftY    shift y, coordinate units
+ * @param sizeX     size factor x
+ * @param sizeY     size factor y
+ * @param f1        first fraction (offset 27)
+ * @param f2        second fraction (offset 29)
+ * @param f3        third fraction (offset 31)
+ * @param f4        fourth fraction (offset 33)
+ * @param angle     a fraction of a full turn, sent in degrees
+ */
+KALVOR_API void KALVOR_CALL displayworldsetshiftsize(uint32_t scanner, uint16_t world, int32_t shiftX, int32_t shiftY, double sizeX, double sizeY, double f1, double f2, double f3, double f4, double angle);
+
+/**
+ * Reads the shift and size of one world: sends 0x14, world u16 and 24 zero
+ * bytes in a 27-byte buffer that also receives the answer, then copies the
+ * values at offsets 3, 7, 11 and 19 of that buffer.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param world     world number
+ * @param shiftX    receives shift x (i32 at offset 3)
+ * @param shiftY    receives shift y (i32 at offset 7)
+ * @param sizeX     receives size x (f64 at offset 11)
+ * @param sizeY     receives size y (f64 at offset 19)
+ */
+KALVOR_API void KALVOR_CALL displayworldgetshiftsize(uint32_t scanner, uint16_t world, int32_t* shiftX, int32_t* shiftY, double* sizeX, double* sizeY);
+
+/** @} */
+
 /* @@anchor:state@@ */
 
 /* ---- Colour effects, timeline, UGC and hierarchy (src/colour) ---- */
+/**
+ * @defgroup colour_effects Track colour effects
+ * The colour controls of each track. They are sent with the next track
+ * upload. Limits: a value below the lower bound becomes the lower bound,
+ * otherwise one above the upper bound becomes the upper bound; NaN passes.
+ * @{
+ */
+
+/**
+ * Stores the intensity of one track, limited to 0..1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     intensity; below 0 gives 0, above 1 gives 1
+ */
+KALVOR_API void KALVOR_CALL displayintensity(uint32_t scanner, uint16_t track, double value);
+
+/**
+ * Stores the colour byte of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     colour
+ */
+KALVOR_API void KALVOR_CALL displaycolor(uint32_t scanner, uint16_t track, uint8_t value);
+
+/**
+ * Stores the RGB colour value of one track unchanged.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     RGB colour value
+ */
+KALVOR_API void KALVOR_CALL displayrgbcolor(uint32_t scanner, uint16_t track, double value);
+
+/**
+ * Stores the colour shift of one track unchanged.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param value     colour shift
+ */
+KALVOR_API void KALVOR_CALL displaycolorshift(uint32_t scanner, uint16_t track, double value);
+
+/**
+ * Stores the two sparkling values of one track.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31 (low 16 bits used)
+ * @param first     sparkling1
+ * @param second    sparkling2
+ */
+KALVOR_API void KALVOR_CALL displaysparkling(uint32_t scanner, uint16_t track, uint16_t first, uint8_t second);
+
+/**
+ * Stores the red channel's four parameters and two bytes into every selected
+ * track, unchanged. There is no slot mask and no reserved argument.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param p1        rParam1
+ * @param p2        rParam2
+ * @param p3        rParam3
+ * @param p4        rParam4
+ * @param b1        rByte1
+ * @param b2        rByte2
+ */
+KALVOR_API void KALVOR_CALL DisplayR(uint32_t scanner, uint32_t trackMask, double p1, double p2, double p3, double p4, uint8_t b1, uint8_t b2);
+
+/**
+ * Stores the green channel's four parameters and two bytes into every selected
+ * track, unchanged. There is no slot mask and no reserved argument.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param p1        gParam1
+ * @param p2        gParam2
+ * @param p3        gParam3
+ * @param p4        gParam4
+ * @param b1        gByte1
+ * @param b2        gByte2
+ */
+KALVOR_API void KALVOR_CALL DisplayG(uint32_t scanner, uint32_t trackMask, double p1, double p2, double p3, double p4, uint8_t b1, uint8_t b2);
+
+/**
+ * Stores the blue channel's four parameters and two bytes into every selected
+ * track, unchanged. There is no slot mask and no reserved argument.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param p1        bParam1
+ * @param p2        bParam2
+ * @param p3        bParam3
+ * @param p4        bParam4
+ * @param b1        bByte1
+ * @param b2        bByte2
+ */
+KALVOR_API void KALVOR_CALL DisplayB(uint32_t scanner, uint32_t trackMask, double p1, double p2, double p3, double p4, uint8_t b1, uint8_t b2);
+
+/**
+ * Multiplies intensity of every selected track by value limited to 0..1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor; below 0 gives 0, otherwise above 1 gives 1 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL DisplayIntensity(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies intensity of every selected track by value limited to 0..1. The
+ * same as DisplayIntensity.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor; below 0 gives 0, otherwise above 1 gives 1 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL TDisplayIntensity(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies rotR of every selected track by value limited to 0..1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor; below 0 gives 0, otherwise above 1 gives 1 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL DisplayRotR(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies rotG of every selected track by value limited to 0..1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor; below 0 gives 0, otherwise above 1 gives 1 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL DisplayRotG(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies rotB of every selected track by value limited to 0..1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor; below 0 gives 0, otherwise above 1 gives 1 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL DisplayRotB(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies centerRecolorR of every selected track by value limited to 0..1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor; below 0 gives 0, otherwise above 1 gives 1 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL DisplayCenterRecolorR(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies centerRecolorG of every selected track by value limited to 0..1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor; below 0 gives 0, otherwise above 1 gives 1 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL DisplayCenterRecolorG(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies centerRecolorB of every selected track by value limited to 0..1.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor; below 0 gives 0, otherwise above 1 gives 1 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL DisplayCenterRecolorB(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies hue of every selected track by value limited to 0..2.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor; below 0 gives 0, otherwise above 2 gives 2 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL DisplayHue(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies saturation of every selected track by value limited to 0..2.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor; below 0 gives 0, otherwise above 2 gives 2 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL DisplaySaturation(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Multiplies lightness of every selected track by value limited to 0..2.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     factor; below 0 gives 0, otherwise above 2 gives 2 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL DisplayLightness(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Replaces hotSpot of every selected track by value limited to 0..3.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param slotMask  not read (the fields belong to the track)
+ * @param reserved  not read
+ * @param value     hot spot; below 0 gives 0, otherwise above 3 gives 3 (NaN passes)
+ */
+KALVOR_API void KALVOR_CALL DisplayHotSpot(uint32_t scanner, uint32_t trackMask, uint32_t slotMask, uint32_t reserved, double value);
+
+/**
+ * Sends sparkle at once: 0x20, w1, w2, w3 (u16 each), then the level limited
+ * to 0..1, times 15, truncated: one byte 0..15 (8 bytes).
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param w1        first word
+ * @param w2        second word
+ * @param w3        third word
+ * @param level     0 to 1; NaN is sent as 0
+ */
+KALVOR_API void KALVOR_CALL displaysparkle(uint32_t scanner, uint16_t w1, uint16_t w2, uint16_t w3, double level);
+
+/**
+ * Sends equalize at once: 0x1F, w1, w2, w3 (u16 each, 7 bytes).
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param w1        first word
+ * @param w2        second word
+ * @param w3        third word
+ */
+KALVOR_API void KALVOR_CALL displayequalize(uint32_t scanner, uint16_t w1, uint16_t w2, uint16_t w3);
+
+/**
+ * Sends dynamic intensity at once: 0x17, b1..b5 (one byte each), w1, w2 (u16
+ * each), 10 bytes.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param b1        sent unchanged
+ * @param b2        at most 15 (larger is sent as 15)
+ * @param b3        sent unchanged
+ * @param b4        at most 15
+ * @param b5        at most 15
+ * @param w1        at least 100 (smaller is sent as 100)
+ * @param w2        at least 100
+ */
+KALVOR_API void KALVOR_CALL displaydynamicint(uint32_t scanner, uint8_t b1, uint8_t b2, uint8_t b3, uint8_t b4, uint8_t b5, uint16_t w1, uint16_t w2);
+
+/** @} */
+
+/**
+ * @defgroup timeline Timeline
+ * One start time for the whole library and the time elapsed since it, in
+ * milliseconds modulo 2^32.
+ * @{
+ */
+
+/**
+ * Starts (or restarts) the timeline: the start becomes the current time of the
+ * library's millisecond clock.
+ *
+ * @return the new start time stamp, milliseconds
+ */
+KALVOR_API uint32_t KALVOR_CALL displaystarttimeline(void);
+
+/**
+ * Milliseconds since the timeline start, modulo 2^32.
+ *
+ * @return the elapsed time, milliseconds
+ */
+KALVOR_API uint32_t KALVOR_CALL displaygettimelinetime(void);
+
+/**
+ * Interpolates a value over a time interval. With E the elapsed time: when
+ * start <= E <= end (start and end signed) and D = end - start, computed with
+ * 32-bit wrap-around, is positive, writes from + (to - from) x (E - start) / D
+ * to out and returns 1; otherwise returns 0 and leaves out untouched.
+ *
+ * @param start     start of the interval, milliseconds since the timeline start
+ * @param end       end of the interval, milliseconds
+ * @param from      value at the start
+ * @param to        value at the end
+ * @param out       receives the value; may be null
+ * @return 1 inside the interval, 0 outside it or for an empty or reversed interval
+ */
+KALVOR_API uint8_t KALVOR_CALL displaygettimeline(int32_t start, int32_t end, double from, double to, double* out);
+
+/** @} */
+
+/**
+ * @defgroup ugc UGC values
+ * Ten values and a byte, stored per track or sent to the scanner at once.
+ * @{
+ */
+
+/**
+ * Stores u1..u10 unchanged into ugc1..ugc10 and b into the UGC byte of every
+ * selected track. Track initialisation keeps these values.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param trackMask bit i selects track i (0 to 31)
+ * @param u1        ugc1
+ * @param u2        ugc2
+ * @param u3        ugc3
+ * @param u4        ugc4
+ * @param u5        ugc5
+ * @param u6        ugc6
+ * @param u7        ugc7
+ * @param u8        ugc8
+ * @param u9        ugc9
+ * @param u10       ugc10
+ * @param b         UGC byte
+ */
+KALVOR_API void KALVOR_CALL displaytrackugc(uint32_t scanner, uint32_t trackMask, double u1, double u2, double u3, double u4, double u5, double u6, double u7, double u8, double u9, double u10, uint8_t b);
+
+/**
+ * Sends the UGC command at once: 0x2C, u1..u8 each times 65535 as f64, u9 and
+ * u10 unchanged as f64, then b (82 bytes). Nothing is stored.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param u1        a fraction of the coordinate range, sent times 65535
+ * @param u2        a fraction of the coordinate range, sent times 65535
+ * @param u3        a fraction of the coordinate range, sent times 65535
+ * @param u4        a fraction of the coordinate range, sent times 65535
+ * @param u5        a fraction of the coordinate range, sent times 65535
+ * @param u6        a fraction of the coordinate range, sent times 65535
+ * @param u7        a fraction of the coordinate range, sent times 65535
+ * @param u8        a fraction of the coordinate range, sent times 65535
+ * @param u9        sent unchanged
+ * @param u10       sent unchanged
+ * @param b         UGC byte
+ */
+KALVOR_API void KALVOR_CALL displaysetugc(uint32_t scanner, double u1, double u2, double u3, double u4, double u5, double u6, double u7, double u8, double u9, double u10, uint8_t b);
+
+/** @} */
+
+/**
+ * @defgroup hierarchy Slot hierarchy
+ * Composition of a track's slots along a parent table of eight signed
+ * 32-bit entries: entry i is the parent slot of slot i, negative for none.
+ * @{
+ */
+
+/**
+ * Sets all eight entries of a hierarchy table to -1 (no parent).
+ *
+ * @param hierarchy the table of eight entries; null is ignored
+ */
+KALVOR_API void KALVOR_CALL displayinithierarchy(int32_t* hierarchy);
+
+/**
+ * Composes the slots of one track along the hierarchy: each slot adds the
+ * pivots, angles, pre-moves and post-moves of every ancestor on its chain and
+ * multiplies its scales by theirs, all read from the track as it was before
+ * the call. A chain ends at an entry outside 0..7 or after eight ancestors.
+ * The slot count is not changed and nothing is sent.
+ *
+ * @param scanner   scanner number, 1 to 20
+ * @param track     track index, 0 to 31
+ * @param hierarchy the table of eight parent entries; null is ignored
+ */
+KALVOR_API void KALVOR_CALL displayhierarchy(uint32_t scanner, uint32_t track, const int32_t* hierarchy);
+
+/** @} */
+
 /* @@anchor:colour-effects@@ */
 
 /* ---- Session, profile, device commands, previews (src/core) ---- */
