@@ -69,14 +69,16 @@ File open_read(const char* path);
 File create_write(const char* path);
 // Reads up to size bytes; returns the count read, 0 at the end or on error.
 size_t read(File file, void* buffer, size_t size);
-// Writes size bytes; returns false on any error.
+// Writes size bytes; returns false on any error. Test hook: the environment
+// variable KALVOR_FAULT_WRITE_LIMIT=N makes every file full at N bytes.
 bool write(File file, const void* buffer, size_t size);
 // Moves the position by offset bytes from the current one.
 bool skip(File file, int64_t offset);
 // Length of the file in bytes, or 0 when unknown.
 uint64_t length(File file);
 void close(File file);
-// Renames from over to, replacing to. Used for safe saves.
+// Renames from over to, replacing to. Used for safe saves. Test hook:
+// KALVOR_FAULT_RENAME=1 makes it fail, as when the folder was removed.
 bool replace_file(const char* from, const char* to);
 // Removes a file; used to drop a temporary file after a failed save.
 void remove_file(const char* path);

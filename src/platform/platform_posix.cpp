@@ -123,8 +123,25 @@ size_t read(File file, void* buffer, size_t size) {
   return done;
 }
 
+// Test hooks of the safe-save tests, read at each call; a host never sets
+// them. KALVOR_FAULT_WRITE_LIMIT=N lets a file grow to N bytes only, and the
+// write that would pass that point fails after writing what fits, as on a full
+// disk. KALVOR_FAULT_RENAME=1 makes replace_file fail, as when the folder was
+// removed during the save.
+static bool fault_write_limit(int fd, size_t* size) {
+  const char* text = getenv("KALVOR_FAULT_WRITE_LIMIT");
+  if (!text || !*text) return false;
+  off_t at = lseek(fd, 0, SEEK_CUR);
+  uint64_t limit = strtoull(text, nullptr, 10);
+  uint64_t room = at >= 0 && static_cast<uint64_t>(at) < limit ? limit - static_cast<uint64_t>(at) : 0;
+  if (*size <= room) return false;
+  *size = static_cast<size_t>(room);
+  return true;
+}
+
 bool write(File file, const void* buffer, size_t size) {
   if (!file.is_open()) return false;
+  bool full = fault_write_limit(static_cast<int>(file.handle), &size);
   size_t done = 0;
   const char* p = static_cast<const char*>(buffer);
   while (done < size) {
@@ -133,7 +150,7 @@ bool write(File file, const void* buffer, size_t size) {
     if (n <= 0) return false;
     done += static_cast<size_t>(n);
   }
-  return true;
+  return !full;
 }
 
 bool skip(File file, int64_t offset) {
@@ -151,7 +168,11 @@ void close(File file) {
   if (file.is_open()) ::close(static_cast<int>(file.handle));
 }
 
-bool replace_file(const char* from, const char* to) { return rename(from, to) == 0; }
+bool replace_file(const char* from, const char* to) {
+  const char* fault = getenv("KALVOR_FAULT_RENAME");
+  if (fault && strcmp(fault, "1") == 0) return false;
+  return rename(from, to) == 0;
+}
 
 void remove_file(const char* path) { unlink(path); }
 
