@@ -61,7 +61,9 @@ bool FileReader::skip(uint64_t count) {
 
 FileWriter::FileWriter(const char* path) {
   size_t n = path ? strlen(path) : 0;
-  if (n == 0 || n >= sizeof target_) return;
+  // A folder cannot be replaced by a file: fail now, as creating it would,
+  // before a writer sends its queries.
+  if (n == 0 || n >= sizeof target_ || platform::is_directory(path)) return;
   memcpy(target_, path, n + 1);
   snprintf(temp_, sizeof temp_, "%s.kalvor-tmp", path);
   file_ = platform::create_write(temp_);

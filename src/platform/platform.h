@@ -82,6 +82,8 @@ void close(File file);
 bool replace_file(const char* from, const char* to);
 // Removes a file; used to drop a temporary file after a failed save.
 void remove_file(const char* path);
+// True when path names an existing folder.
+bool is_directory(const char* path);
 
 // ---- paths -----------------------------------------------------------------
 

@@ -176,6 +176,11 @@ bool replace_file(const char* from, const char* to) {
 
 void remove_file(const char* path) { unlink(path); }
 
+bool is_directory(const char* path) {
+  struct stat st;
+  return path && *path && stat(path, &st) == 0 && S_ISDIR(st.st_mode);
+}
+
 // Copies at most size - 1 bytes of [begin, end) into out, terminated.
 static void copy_part(char* out, size_t size, const char* begin, const char* end) {
   size_t n = static_cast<size_t>(end - begin);
