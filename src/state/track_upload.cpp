@@ -64,18 +64,31 @@ uint32_t upload_tracks(uint32_t scanner, Opcode opcode) {
   store(rec, record::trackCount, static_cast<uint16_t>(count));
 
   // Header and tracks, each with only its slots in use; at most 37,443 bytes.
+  // The tracks follow the three header bytes in the record, and each sends
+  // the front of its record, so the upload is made of runs of the record as
+  // it lies; a run ends after a track with fewer than 8 slots in use. A single
+  // run (one track, or tracks with all slots in use) is sent from the record
+  // without a copy; more runs are gathered on the stack, one copy per run.
   uint8_t upload[3 + record::tracks.size];
-  memcpy(upload, rec + record::trackCommand.offset, 3);
-  uint32_t length = 3;
+  uint8_t* run = rec + record::trackCommand.offset;
+  uint32_t run_length = 3, gathered = 0;
   for (uint32_t t = 0; t < count; ++t) {
-    const uint8_t* tr = track_at(rec, t);
-    uint32_t slots = load(tr, track::slotCount);
+    uint32_t slots = load(track_at(rec, t), track::slotCount);
     if (slots > kSlots) slots = kSlots;
-    uint32_t n = track::upload_size(slots);
-    memcpy(upload + length, tr, n);
-    length += n;
+    run_length += track::upload_size(slots);
+    if (slots < kSlots && t + 1 < count) {
+      memcpy(upload + gathered, run, run_length);
+      gathered += run_length;
+      run = track_at(rec, t + 1);
+      run_length = 0;
+    }
   }
-  send(scanner, upload, length, rec + record::preview.offset);
+  if (gathered == 0) {
+    send(scanner, run, run_length, rec + record::preview.offset);
+  } else {
+    memcpy(upload + gathered, run, run_length);
+    send(scanner, upload, gathered + run_length, rec + record::preview.offset);
+  }
 
   uint8_t full[1] = {op(Opcode::RefreshFullPreview)};
   send(scanner, full, rec + record::fullPreview.offset);
