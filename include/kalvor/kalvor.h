@@ -2092,6 +2092,466 @@ KALVOR_API void KALVOR_CALL displayhierarchy(uint32_t scanner, uint32_t track, c
 /* @@anchor:colour@@ */
 
 /* ---- Pictures and picture files (src/pictures) ---- */
+/**
+ * @defgroup picture_points Picture points
+ * Building a picture point by point in the scanner's picture upload area.
+ * A picture holds at most 8192 points (index 0 to 8191); the upload area
+ * keeps its points between sends, so every writer overwrites only the points
+ * it fills. A point is 11 bytes on the wire: x, y, z (16 bits each, two's
+ * complement, 0 at the centre), status byte (bits 0..5 colour index, bit 6
+ * blank, bit 7 flag7), repeat byte (bits 0..3 repeat, bits 4..7 high nibble),
+ * red, green, blue. None of these exports sends anything.
+ * @{
+ */
+
+/**
+ * Writes a point of the upload area from its unpacked fields; each field is
+ * masked to its width (colour index 6 bits, blank and flag7 1 bit, repeat and
+ * high nibble 4 bits).
+ * @param scanner     scanner number, 1 to 20
+ * @param index       point index, 0 to 8191; a larger index is ignored
+ * @param x           horizontal coordinate, two's complement
+ * @param y           vertical coordinate, two's complement
+ * @param z           depth coordinate, two's complement
+ * @param colourIndex entry of colour buffer 0, 0 to 63
+ * @param blank       1: the beam is off on the way to this point
+ * @param flag7       bit 7 of the status byte
+ * @param repeat      the point is output 1 + repeat times, 0 to 15
+ * @param highNibble  bits 4..7 of the repeat byte, 0 to 15
+ * @param red         red level, 0 to 255
+ * @param green       green level, 0 to 255
+ * @param blue        blue level, 0 to 255
+ */
+KALVOR_API void KALVOR_CALL displaysetpicstruct(uint32_t scanner, uint16_t index, uint16_t x, uint16_t y, uint16_t z,
+                                                uint8_t colourIndex, uint8_t blank, uint8_t flag7, uint8_t repeat,
+                                                uint8_t highNibble, uint8_t red, uint8_t green, uint8_t blue);
+
+/**
+ * Writes a point of the upload area from its raw bytes, unchanged.
+ * @param scanner    scanner number, 1 to 20
+ * @param index      point index, 0 to 8191; a larger index is ignored
+ * @param x          horizontal coordinate, two's complement
+ * @param y          vertical coordinate, two's complement
+ * @param z          depth coordinate, two's complement
+ * @param statusByte colour index, blank and flag7 packed
+ * @param repeatByte repeat and high nibble packed
+ * @param red        red level, 0 to 255
+ * @param green      green level, 0 to 255
+ * @param blue       blue level, 0 to 255
+ */
+KALVOR_API void KALVOR_CALL DisplaySetPicPoint(uint32_t scanner, uint16_t index, uint16_t x, uint16_t y, uint16_t z,
+                                               uint8_t statusByte, uint8_t repeatByte, uint8_t red, uint8_t green,
+                                               uint8_t blue);
+
+/**
+ * Writes a point as displaysetpicstruct does, with flag7 1, repeat 0 and high
+ * nibble 0. Each argument is taken at the width displaysetpicstruct gives it
+ * (index and coordinates 16 bits, the rest 8 bits).
+ * @param scanner     scanner number, 1 to 20
+ * @param index       point index; its low 16 bits must be 0 to 8191
+ * @param x           horizontal coordinate (low 16 bits)
+ * @param y           vertical coordinate (low 16 bits)
+ * @param z           depth coordinate (low 16 bits)
+ * @param colourIndex entry of colour buffer 0, 0 to 63
+ * @param blank       1: the beam is off on the way to this point
+ * @param red         red level, 0 to 255
+ * @param green       green level, 0 to 255
+ * @param blue        blue level, 0 to 255
+ */
+KALVOR_API void KALVOR_CALL displaysetpoint(uint32_t scanner, uint32_t index, uint32_t x, uint32_t y, uint32_t z,
+                                            uint32_t colourIndex, uint32_t blank, uint32_t red, uint32_t green,
+                                            uint32_t blue);
+
+/** @} */
+
+/**
+ * @defgroup picture_transfer Picture transfer and picture memory
+ * Sending the upload area as a picture, reading pictures back into the
+ * scanner's picture reply area, and the commands on the scanner's picture
+ * memory. A reply that claims more than 8192 points counts as 8192 points.
+ * @{
+ */
+
+/**
+ * Sends the upload area as a picture: 0x00, pictureNumber (16 bits),
+ * pointCount (16 bits), then the first pointCount points, 5 + 11 x pointCount
+ * bytes in all.
+ * @param scanner       scanner number, 1 to 20
+ * @param pictureNumber number under which the scanner stores the picture
+ * @param pointCount    number of points sent, 0 to 8192 (a larger count is
+ *                      sent as 8192)
+ */
+KALVOR_API void KALVOR_CALL displaysetpic(uint32_t scanner, uint16_t pictureNumber, uint16_t pointCount);
+
+/**
+ * Reads a picture back: sends 0x04, pictureNumber (16 bits) with the picture
+ * reply area as answer area.
+ * @param scanner       scanner number, 1 to 20
+ * @param pictureNumber the picture to read back
+ * @return the reply area's point count (at most 8192); without a transport,
+ *         the count of the previous reply
+ */
+KALVOR_API uint16_t KALVOR_CALL displaygetpic(uint32_t scanner, uint16_t pictureNumber);
+
+/**
+ * Copies the point count of the last picture read back. Sends nothing.
+ * @param scanner    scanner number, 1 to 20
+ * @param pointCount receives the count, at most 8192 (0 for a scanner out of
+ *                   range); may be null
+ */
+KALVOR_API void KALVOR_CALL displaygetpiccnt(uint32_t scanner, uint16_t* pointCount);
+
+/**
+ * Copies the unpacked fields of a point of the last picture read back, the
+ * inverse of displaysetpicstruct. Sends nothing. An index of 8192 or more
+ * leaves every variable untouched; a null pointer is skipped.
+ * @param scanner     scanner number, 1 to 20
+ * @param index       point index, 0 to 8191
+ * @param x           receives the horizontal coordinate
+ * @param y           receives the vertical coordinate
+ * @param z           receives the depth coordinate
+ * @param colourIndex receives the colour index, 0 to 63
+ * @param blank       receives the blank bit
+ * @param flag7       receives flag7
+ * @param repeat      receives the repeat count, 0 to 15
+ * @param highNibble  receives the high nibble of the repeat byte
+ * @param red         receives the red level
+ * @param green       receives the green level
+ * @param blue        receives the blue level
+ */
+KALVOR_API void KALVOR_CALL displaygetpicstruct(uint32_t scanner, uint16_t index, uint16_t* x, uint16_t* y,
+                                                uint16_t* z, uint8_t* colourIndex, uint8_t* blank, uint8_t* flag7,
+                                                uint8_t* repeat, uint8_t* highNibble, uint8_t* red, uint8_t* green,
+                                                uint8_t* blue);
+
+/**
+ * Copies the raw bytes of a point of the last picture read back. Sends
+ * nothing. An index of 8192 or more leaves every variable untouched; a null
+ * pointer is skipped.
+ * @param scanner    scanner number, 1 to 20
+ * @param index      point index, 0 to 8191
+ * @param x          receives the horizontal coordinate
+ * @param y          receives the vertical coordinate
+ * @param z          receives the depth coordinate
+ * @param statusByte receives the status byte
+ * @param repeatByte receives the repeat byte
+ * @param red        receives the red level
+ * @param green      receives the green level
+ * @param blue       receives the blue level
+ */
+KALVOR_API void KALVOR_CALL DisplayGetPicPoint(uint32_t scanner, uint16_t index, uint16_t* x, uint16_t* y,
+                                               uint16_t* z, uint8_t* statusByte, uint8_t* repeatByte, uint8_t* red,
+                                               uint8_t* green, uint8_t* blue);
+
+/**
+ * Clears the scanner's picture memory: sends the byte 0x21.
+ * @param scanner scanner number, 1 to 20
+ */
+KALVOR_API void KALVOR_CALL clearpicmem(uint32_t scanner);
+
+/**
+ * Asks for the scanner's picture total: sends the byte 0x2B with a zeroed
+ * four-byte answer area.
+ * @param scanner scanner number, 1 to 20
+ * @return the first two answer bytes (little-endian); 0 without a transport
+ */
+KALVOR_API uint16_t KALVOR_CALL GetMaxPic(uint32_t scanner);
+
+/**
+ * Sends the test picture: 29 horizontal lines from the top edge (y 32767) to
+ * the bottom edge (y -32768), line i in the colour of true-colour table entry
+ * i, each a blanked jump to x -32768 and a drawn stroke to x 32767. The 58
+ * points go through the upload area; 643 bytes are sent.
+ * @param scanner       scanner number, 1 to 20
+ * @param pictureNumber number under which the scanner stores the picture
+ */
+KALVOR_API void KALVOR_CALL displaytestpic(uint32_t scanner, uint16_t pictureNumber);
+
+/** @} */
+
+/**
+ * @defgroup direct_output Direct points and raster frames
+ * Output that bypasses picture memory. The scanner answers both commands with
+ * its preview point list, which lands in the preview buffer.
+ * @{
+ */
+
+/**
+ * Writes one point of the direct-point buffer (x, y, then d0..d6). Sends
+ * nothing.
+ * @param scanner scanner number, 1 to 20
+ * @param index   point index, 0 to 15999; a larger index is ignored
+ * @param x       horizontal coordinate
+ * @param y       vertical coordinate
+ * @param d0      data byte 0, passed through
+ * @param d1      data byte 1, passed through
+ * @param d2      data byte 2, passed through
+ * @param d3      data byte 3, passed through
+ * @param d4      data byte 4, passed through
+ * @param d5      data byte 5, passed through
+ * @param d6      data byte 6, passed through
+ */
+KALVOR_API void KALVOR_CALL displaydirectpoint(uint32_t scanner, uint32_t index, uint16_t x, uint16_t y, uint8_t d0,
+                                               uint8_t d1, uint8_t d2, uint8_t d3, uint8_t d4, uint8_t d5,
+                                               uint8_t d6);
+
+/**
+ * Sends the whole direct-point buffer, always 176,007 bytes: 0x33, the three
+ * parameters (16 bits each), then 16,000 points of 11 bytes. The preview
+ * buffer receives the answer.
+ * @param scanner      scanner number, 1 to 20
+ * @param directParam1 first parameter, passed through
+ * @param directParam2 second parameter, passed through
+ * @param directParam3 third parameter, passed through
+ */
+KALVOR_API void KALVOR_CALL displaydirect(uint32_t scanner, uint16_t directParam1, uint16_t directParam2,
+                                          uint16_t directParam3);
+
+/**
+ * Sends the 72-byte raster-frame command: 0x2F, then the arguments in their
+ * order and widths, packed little-endian without gaps (doubles bit for bit).
+ * The preview buffer receives the answer. Every argument is passed through.
+ * @param scanner  scanner number, 1 to 20
+ * @param raster1  16 bits, at offset 1
+ * @param raster2  16 bits, at offset 3
+ * @param raster3  16 bits, at offset 5
+ * @param raster4  16 bits, at offset 7
+ * @param raster5  double, at offset 9
+ * @param raster6  16 bits, at offset 17
+ * @param raster7  16 bits, at offset 19
+ * @param raster8  16 bits, at offset 21
+ * @param raster9  8 bits, at offset 23
+ * @param raster10 16 bits, at offset 24
+ * @param raster11 16 bits, at offset 26
+ * @param raster12 16 bits, at offset 28
+ * @param raster13 double, at offset 30
+ * @param raster14 double, at offset 38
+ * @param raster15 double, at offset 46
+ * @param raster16 double, at offset 54
+ * @param raster17 double, at offset 62
+ * @param raster18 16 bits, at offset 70
+ */
+KALVOR_API void KALVOR_CALL displayrasterframe(uint32_t scanner, uint16_t raster1, uint16_t raster2, uint16_t raster3,
+                                               uint16_t raster4, double raster5, uint16_t raster6, uint16_t raster7,
+                                               uint16_t raster8, uint8_t raster9, uint16_t raster10,
+                                               uint16_t raster11, uint16_t raster12, double raster13, double raster14,
+                                               double raster15, double raster16, double raster17, uint16_t raster18);
+
+/** @} */
+
+/**
+ * @defgroup picture_files Picture files and glyph names
+ * Picture files (".pic") hold one picture: a 14-byte header of seven
+ * big-endian words (version 1024, 0, 0, point count, 1, then a 32-bit count
+ * of bytes to skip before the records, low word first) and the points as 11-byte
+ * records. Files of a version below 1024 hold 8-byte big-endian records
+ * (repeat byte x 2, status byte of the line leaving the point, x, mirrored y,
+ * z), which are converted on loading.
+ * @{
+ */
+
+/**
+ * Reads picture pictureNumber back (0x04, pictureNumber, answer into the
+ * picture reply area) and then writes it to a picture file. A file that
+ * cannot be created ends the call after the query; the file is replaced only
+ * once it is written completely.
+ * @param scanner       scanner number, 1 to 20
+ * @param path          file to write, zero-terminated
+ * @param pictureNumber the picture to save
+ */
+KALVOR_API void KALVOR_CALL displaysavepic(uint32_t scanner, const char* path, uint16_t pictureNumber);
+
+/**
+ * Reads a picture file into the upload area and sends it as picture
+ * pictureNumber (0x00, number, count, points). Nothing is sent when the file
+ * cannot be opened, is shorter than its header or has a version above 1024.
+ * At most 8192 points are read; points the file announces but does not hold
+ * are sent as blanked points at the centre.
+ * @param scanner       scanner number, 1 to 20
+ * @param path          file to read, zero-terminated
+ * @param pictureNumber number under which the scanner stores the picture
+ */
+KALVOR_API void KALVOR_CALL displayloadpic(uint32_t scanner, const char* path, uint16_t pictureNumber);
+
+/**
+ * Appends the glyph file name of a character to a text: "#", the glyph name,
+ * ".pic". Letters are named "lo_" or "up_" and the letter, punctuation by a
+ * word ("space", "comma", ...), every other byte by itself; byte 0 appends
+ * just "#.pic". Sends nothing.
+ * @param character the character, a Windows-1252 byte
+ * @param text      zero-terminated text, extended in place; it must have room
+ *                  for 16 more characters and the terminating zero. Null is
+ *                  ignored.
+ */
+KALVOR_API void KALVOR_CALL DisplayCharToFont(uint8_t character, char* text);
+
+/** @} */
+
+/**
+ * @defgroup ilda ILDA files
+ * Reading and writing files in the ILDA image data transfer format. Each
+ * frame section becomes one picture (at most 8191 points), sent as soon as
+ * the section ends; y is mirrored (-1 - y) both ways. Palette sections fill
+ * the first 64 entries of colour buffer 0 (both halves; nothing is sent).
+ * Reading stops at a section header that the file cuts short; a frame whose
+ * records the file cuts short is still sent with its announced count, the
+ * missing points blanked at the centre.
+ * @{
+ */
+
+/**
+ * Imports an ILDA file, sending frame sections as pictures startPicture,
+ * startPicture + 1, ... (from 1 when startPicture is 0). Sends nothing when
+ * the file cannot be opened.
+ * @param scanner      scanner number, 1 to 20
+ * @param path         file to read, zero-terminated
+ * @param startPicture number of the first picture; 0 means 1
+ */
+KALVOR_API void KALVOR_CALL displayimportilda(uint32_t scanner, const char* path, uint16_t startPicture);
+
+/**
+ * Imports an ILDA file as displayimportilda does, but folds runs of
+ * identical records (formats 0, 1 and 4) into the point's repeat count (up to
+ * 15), and sends format-5 frames under their picture number plus index.
+ * @param scanner      scanner number, 1 to 20
+ * @param index        added to the picture number of format-5 frames
+ * @param path         file to read, zero-terminated
+ * @param startPicture number of the first picture; 0 means 1
+ */
+KALVOR_API void KALVOR_CALL displayimportildafromindex(uint32_t scanner, uint32_t index, const char* path,
+                                                       uint16_t startPicture);
+
+/**
+ * Writes pictures first..last of the scanner as an ILDA file of format-5
+ * frames, closed by a header without records. Each picture is read back
+ * (0x04, number) before it is written; a point is written 1 + repeat times.
+ * A frame is cut at 65,535 records. Nothing is sent when the file cannot be
+ * created; the file is replaced only once it is written completely.
+ * @param scanner scanner number, 1 to 20
+ * @param path    file to write, zero-terminated
+ * @param first   first picture number
+ * @param last    last picture number; below first, only the closing header is
+ *                written
+ */
+KALVOR_API void KALVOR_CALL displayexportilda(uint32_t scanner, const char* path, uint16_t first, uint16_t last);
+
+/** @} */
+
+/**
+ * @defgroup catalogues Catalogue and show files
+ * A catalogue (".cat") stores the scanner's pictures 1..N as records: a type
+ * byte (0, 1, 2 or 3), a point count and the points. A show (".lds") stores
+ * pictures 0..N-1 behind a six-byte header. Loading a whole catalogue or show
+ * first clears the picture memory (0x21); saving asks for the picture total
+ * (0x2B) and reads each picture back (0x04). The dispatching exports choose
+ * by extension in any letter case and look for a catalogue or show that does
+ * not exist in the folder "/CAT/" (on Windows "\CAT\" of the current drive).
+ * @{
+ */
+
+/**
+ * Loads a file chosen by its extension: ".cat" as loadCAT, ".lds" as loadLDS,
+ * ".ild" as displayimportilda from picture 1; any other extension loads
+ * nothing.
+ * @param scanner scanner number, 1 to 20
+ * @param path    file to read, zero-terminated
+ */
+KALVOR_API void KALVOR_CALL loadcat(uint32_t scanner, const char* path);
+
+/**
+ * Loads part of a file chosen by its extension: ".cat" as loadCATpart, ".lds"
+ * as loadLDS, ".ild" as displayimportildafromindex with index first.
+ * @param scanner scanner number, 1 to 20
+ * @param first   first picture number (catalogues) or index (ILDA files)
+ * @param count   catalogues: number of pictures after the first
+ * @param path    file to read, zero-terminated
+ */
+KALVOR_API void KALVOR_CALL loadcatpart(uint32_t scanner, int32_t first, uint32_t count, const char* path);
+
+/**
+ * Clears the picture memory (0x21, also when the file cannot be opened) and
+ * sends the catalogue's records as pictures 1, 2, ... (at most 32,768). A
+ * record of 0 points, of more than 8192 points or of an unknown type sends
+ * nothing but uses up its number.
+ * @param scanner scanner number, 1 to 20
+ * @param path    file to read, zero-terminated
+ */
+KALVOR_API void KALVOR_CALL loadCAT(uint32_t scanner, const char* path);
+
+/**
+ * Sends the first count + 1 records of a catalogue as pictures first ..
+ * first + count, without clearing the picture memory.
+ * @param scanner scanner number, 1 to 20
+ * @param first   number of the first picture (low 16 bits)
+ * @param count   number of pictures after the first
+ * @param path    file to read, zero-terminated
+ */
+KALVOR_API void KALVOR_CALL loadCATpart(uint32_t scanner, int32_t first, uint32_t count, const char* path);
+
+/**
+ * Clears the picture memory (0x21) and sends the show's pictures as pictures
+ * 0, 1, 2, ..., empty ones included. A picture of more than 8192 points is
+ * sent with its first 8192.
+ * @param scanner scanner number, 1 to 20
+ * @param path    file to read, zero-terminated
+ */
+KALVOR_API void KALVOR_CALL loadLDS(uint32_t scanner, const char* path);
+
+/**
+ * Saves by extension: ".cat" as saveCAT, ".lds" as saveLDS; any other
+ * extension writes nothing.
+ * @param scanner scanner number, 1 to 20
+ * @param path    file to write, zero-terminated
+ */
+KALVOR_API void KALVOR_CALL savecat(uint32_t scanner, const char* path);
+
+/**
+ * Writes the scanner's pictures 1..N (N from the picture total) as a
+ * catalogue of type-1 records, whatever the extension. Nothing is sent when
+ * the file cannot be created.
+ * @param scanner scanner number, 1 to 20
+ * @param path    file to write, zero-terminated
+ */
+KALVOR_API void KALVOR_CALL saveCAT(uint32_t scanner, const char* path);
+
+/**
+ * Writes the scanner's pictures 0..N-1 (N from the picture total) as a show.
+ * Nothing is sent when the file cannot be created.
+ * @param scanner scanner number, 1 to 20
+ * @param path    file to write, zero-terminated
+ */
+KALVOR_API void KALVOR_CALL saveLDS(uint32_t scanner, const char* path);
+
+/** @} */
+
+/**
+ * @defgroup animations LAS and FLX files
+ * Animation files of other laser systems: every picture of the file is sent
+ * under consecutive numbers from startPicture (0 included), flat (z 0) and
+ * white. A picture keeps at most 8192 points; a picture the file cuts short
+ * is still sent with its announced count, the missing points blanked at the
+ * centre.
+ * @{
+ */
+
+/**
+ * Imports a LAS file (12-bit coordinates, each point output twice).
+ * @param scanner      scanner number, 1 to 20
+ * @param path         file to read, zero-terminated
+ * @param startPicture number of the first picture (low 16 bits count)
+ */
+KALVOR_API void KALVOR_CALL displayimportlas(uint32_t scanner, const char* path, uint32_t startPicture);
+
+/**
+ * Imports an FLX file (16-bit unsigned coordinates).
+ * @param scanner      scanner number, 1 to 20
+ * @param path         file to read, zero-terminated
+ * @param startPicture number of the first picture (low 16 bits count)
+ */
+KALVOR_API void KALVOR_CALL displayimportflx(uint32_t scanner, const char* path, uint32_t startPicture);
+
+/** @} */
+
 /* @@anchor:pictures@@ */
 
 #endif /* KALVOR_KALVOR_H */

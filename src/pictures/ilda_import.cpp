@@ -1,0 +1,143 @@
+// ILDA import: every frame section of an ILDA file becomes one picture, sent
+// as soon as the section ends; palette sections fill colour buffer 0.
+#include "kalvor/kalvor.h"
+#include "pictures/picture_points.h"
+
+using namespace kalvor;
+using namespace kalvor::pictures;
+
+namespace {
+
+constexpr uint32_t kHeadSize = 8;       // signature, reserved bytes, format code
+constexpr uint32_t kHeaderRest = 24;    // the rest of a 32-byte section header
+constexpr uint32_t kCountInRest = 16;   // record count: section offset 24
+constexpr uint32_t kLastSlot = kMaxPoints - 1;
+constexpr uint8_t kPalette = 2;
+constexpr uint8_t kTrueColourPalette = 3;
+
+// Where a point format keeps its fields; z 0 means a 2-D format. True-colour
+// formats hold blue, green, red from `colour` on; indexed ones a colour index.
+struct PointFormat {
+  uint8_t size, z, status, colour;
+  bool true_colour, black_blanks;
+};
+constexpr PointFormat kIndexed3D{8, 4, 6, 7, false, false};     // format 0
+constexpr PointFormat kIndexed2D{6, 0, 4, 5, false, false};     // format 1
+constexpr PointFormat kTrueColour3D{10, 4, 6, 7, true, false};  // format 4
+constexpr PointFormat kTrueColour2D{8, 0, 4, 5, true, true};    // format 5
+
+const PointFormat* point_format(uint8_t code) {
+  switch (code) {
+    case 0: return &kIndexed3D;
+    case 1: return &kIndexed2D;
+    case 4: return &kTrueColour3D;
+    case 5: return &kTrueColour2D;
+    default: return nullptr;
+  }
+}
+
+void convert_point(const PointFormat& f, const uint8_t* r, uint8_t* p) {
+  uint8_t status = r[f.status];
+  uint8_t blank = status & kBlankBit;  // bit 7 (last point) is not used
+  uint8_t index = 0, red = 255, green = 255, blue = 255;
+  if (f.true_colour) {
+    blue = r[f.colour];
+    green = r[f.colour + 1];
+    red = r[f.colour + 2];
+    if (f.black_blanks && (red | green | blue) == 0) blank = kBlankBit;
+  } else {
+    index = r[f.colour] & kIndexMask;
+  }
+  uint16_t z = f.z ? load_be<uint16_t>(r + f.z) : 0;
+  // The file's vertical axis points the other way: y becomes -1 - y.
+  put_point(p, load_be<uint16_t>(r), static_cast<uint16_t>(~load_be<uint16_t>(r + 2)), z,
+            static_cast<uint8_t>(kFlag7 | blank | index), 0, red, green, blue);
+}
+
+// Reads the n records of a frame section into the upload area. From the
+// 8192nd record on every record lands on slot 8191, which is not sent, so a
+// frame keeps at most 8191 points. With `fold`, a record equal byte for byte
+// to the last stored one raises that point's repeat count (up to 15) instead.
+uint32_t read_frame(FileReader& file, uint8_t* rec, const PointFormat& f, uint32_t n, bool fold) {
+  uint8_t* area = upload_area(rec);
+  uint32_t k = 0, last = 0;
+  bool have_last = false;
+  uint8_t last_raw[kMaxRecord];
+  uint32_t got = read_records(file, f.size, n, [&](const uint8_t* r, uint32_t) {
+    if (fold && have_last && memcmp(r, last_raw, f.size) == 0) {
+      uint8_t& repeat = point_at(area, last)[point::repeatByte.offset];
+      if (repeat < 15) ++repeat;
+      return;
+    }
+    convert_point(f, r, point_at(area, k));
+    if (fold) {
+      memcpy(last_raw, r, f.size);
+      have_last = true;
+      last = k;
+    }
+    if (++k > kLastSlot) k = kLastSlot;
+  });
+  if (got < n) {  // the file ends inside the section
+    uint32_t end = k + (n - got) < kLastSlot ? k + (n - got) : kLastSlot;
+    blank_points(area, k, end);
+    k = end;
+  }
+  return k;
+}
+
+void read_palette(FileReader& file, uint8_t* rec, uint32_t n) {
+  read_records(file, 3, n, [&](const uint8_t* r, uint32_t i) {
+    if (i < colour_buffer::entries) set_colour_entry(rec, i, r[0], r[1], r[2]);
+  });
+}
+
+// Reads the file section by section. With `fold`, runs of equal records are
+// folded (not in format 5) and format-5 frames are numbered from p + index.
+void import_ilda(uint32_t scanner, const char* path, uint16_t start, uint32_t index, bool fold) {
+  uint8_t* rec = scanner_record(scanner);
+  if (!rec) return;
+  FileReader file(path);
+  if (!file.is_open()) return;
+  uint16_t p = start ? start : 1;
+  uint8_t head[kHeadSize];
+  // The file ends at the first head or header it cuts short.
+  while (file.read_exact(head, kHeadSize)) {
+    uint8_t code = head[7];
+    if (code == kTrueColourPalette) {
+      uint8_t rest[8];
+      if (!file.read_exact(rest, sizeof rest)) return;
+      file.skip(3ull * load_be<uint32_t>(rest + 4));
+      continue;
+    }
+    if (code > 5) {
+      uint8_t length[4];
+      if (!file.read_exact(length, sizeof length)) return;
+      file.skip(load_be<uint32_t>(length));
+      continue;
+    }
+    uint8_t rest[kHeaderRest];
+    if (!file.read_exact(rest, sizeof rest)) return;
+    uint32_t n = load_be<uint16_t>(rest + kCountInRest);
+    if (code == kPalette) {
+      read_palette(file, rec, n);
+      continue;
+    }
+    const PointFormat& f = *point_format(code);
+    bool true_colour_2d = &f == &kTrueColour2D;
+    uint32_t count = read_frame(file, rec, f, n, fold && !true_colour_2d);
+    uint16_t number = fold && true_colour_2d ? static_cast<uint16_t>(p + index) : p;
+    send_picture(scanner, rec, number, count);
+    ++p;
+  }
+}
+
+}  // namespace
+
+KALVOR_API void KALVOR_CALL displayimportilda(uint32_t scanner, const char* path, uint16_t startPicture) {
+  import_ilda(scanner, path, startPicture, 0, false);
+}
+
+KALVOR_API void KALVOR_CALL displayimportildafromindex(uint32_t scanner, uint32_t index, const char* path,
+                                                       uint16_t startPicture) {
+  import_ilda(scanner, path, startPicture, index, true);
+}
