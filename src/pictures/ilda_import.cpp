@@ -26,17 +26,8 @@ constexpr PointFormat kIndexed2D{6, 0, 4, 5, false, false};     // format 1
 constexpr PointFormat kTrueColour3D{10, 4, 6, 7, true, false};  // format 4
 constexpr PointFormat kTrueColour2D{8, 0, 4, 5, true, true};    // format 5
 
-const PointFormat* point_format(uint8_t code) {
-  switch (code) {
-    case 0: return &kIndexed3D;
-    case 1: return &kIndexed2D;
-    case 4: return &kTrueColour3D;
-    case 5: return &kTrueColour2D;
-    default: return nullptr;
-  }
-}
-
-void convert_point(const PointFormat& f, const uint8_t* r, uint8_t* p) {
+template <const PointFormat& f>
+void convert_point(const uint8_t* r, uint8_t* p) {
   uint8_t status = r[f.status];
   uint8_t blank = status & kBlankBit;  // bit 7 (last point) is not used
   uint8_t index = 0, red = 255, green = 255, blue = 255;
@@ -58,7 +49,9 @@ void convert_point(const PointFormat& f, const uint8_t* r, uint8_t* p) {
 // 8192nd record on every record lands on slot 8191, which is not sent, so a
 // frame keeps at most 8191 points. With `fold`, a record equal byte for byte
 // to the last stored one raises that point's repeat count (up to 15) instead.
-uint32_t read_frame(FileReader& file, uint8_t* rec, const PointFormat& f, uint32_t n, bool fold) {
+// One loop per format and folding choice keeps offsets and sizes constant.
+template <const PointFormat& f, bool fold>
+uint32_t read_frame(FileReader& file, uint8_t* rec, uint32_t n) {
   uint8_t* area = upload_area(rec);
   uint32_t k = 0, last = 0;
   bool have_last = false;
@@ -69,7 +62,7 @@ uint32_t read_frame(FileReader& file, uint8_t* rec, const PointFormat& f, uint32
       if (repeat < 15) ++repeat;
       return;
     }
-    convert_point(f, r, point_at(area, k));
+    convert_point<f>(r, point_at(area, k));
     if (fold) {
       memcpy(last_raw, r, f.size);
       have_last = true;
@@ -83,6 +76,20 @@ uint32_t read_frame(FileReader& file, uint8_t* rec, const PointFormat& f, uint32
     k = end;
   }
   return k;
+}
+
+using FrameReader = uint32_t (*)(FileReader&, uint8_t*, uint32_t);
+
+// The frame reader of a point format code (0, 1, 4 or 5); format 5 is never
+// folded.
+template <bool fold>
+FrameReader frame_reader(uint8_t code) {
+  switch (code) {
+    case 0: return read_frame<kIndexed3D, fold>;
+    case 1: return read_frame<kIndexed2D, fold>;
+    case 4: return read_frame<kTrueColour3D, fold>;
+    default: return read_frame<kTrueColour2D, false>;
+  }
 }
 
 void read_palette(FileReader& file, uint8_t* rec, uint32_t n) {
@@ -122,10 +129,8 @@ void import_ilda(uint32_t scanner, const char* path, uint16_t start, uint32_t in
       read_palette(file, rec, n);
       continue;
     }
-    const PointFormat& f = *point_format(code);
-    bool true_colour_2d = &f == &kTrueColour2D;
-    uint32_t count = read_frame(file, rec, f, n, fold && !true_colour_2d);
-    uint16_t number = fold && true_colour_2d ? static_cast<uint16_t>(p + index) : p;
+    uint32_t count = (fold ? frame_reader<true>(code) : frame_reader<false>(code))(file, rec, n);
+    uint16_t number = fold && code == 5 ? static_cast<uint16_t>(p + index) : p;
     send_picture(scanner, rec, number, count);
     ++p;
   }
