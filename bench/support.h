@@ -1,0 +1,97 @@
+// Shared pieces of the benchmark program: the null transport seen from the
+// benchmarks, heap-allocation counting, generated data files, the floors that
+// every benchmark is compared with, and the table of those comparisons.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <string>
+
+namespace kb {
+
+// ---- the null transport ----------------------------------------------------
+
+using CommandFn = uint32_t (*)(uint32_t scanner, uint8_t* bytes, uint32_t length, uint8_t* reply);
+
+// The LASER.DLL that kalvor bound (the null transport, found on the loader's
+// search path). `ok` is false when another transport or none was found.
+struct NullTransport {
+  bool ok = false;
+  CommandFn command = nullptr;  // its NetScanCommand
+  void (*reset)() = nullptr;
+  uint64_t (*commands)() = nullptr;
+  uint64_t (*bytes)() = nullptr;
+  void (*keep_pictures)(int) = nullptr;
+};
+NullTransport& null_transport();
+
+// Starts a benchmark from a freshly initialised library and an empty null
+// transport. Returns false (and marks the benchmark failed) when the null
+// transport is not the bound one.
+bool start(benchmark::State& state);
+
+// ---- heap allocations --------------------------------------------------------
+
+// Whether this build counts heap allocations (not under sanitizers, which
+// bring their own allocator).
+bool counting_allocations();
+// Number of malloc/calloc/realloc/new calls of the whole process so far.
+uint64_t allocations();
+// Reports the allocations since `before` as the counter "allocs" (per
+// iteration); any allocation marks the run as a failure of the zero target.
+void report_allocations(benchmark::State& state, uint64_t before);
+// True once any command-path benchmark has counted an allocation.
+bool allocation_target_missed();
+
+// ---- generated data ----------------------------------------------------------
+
+// Size of each generated data file in bytes: KALVOR_BENCH_MB megabytes
+// (default 50).
+uint64_t data_bytes();
+// A path in the program's temporary folder, removed at exit.
+std::string temp_file(const std::string& name);
+// Size of a file in bytes (0 when missing).
+uint64_t file_size(const std::string& path);
+
+// ---- floors ------------------------------------------------------------------
+
+// Reads the whole file into memory and touches every byte. Items: `items`
+// per pass (the points the file holds), so that the rate compares with a
+// reader's points per second.
+void floor_read(benchmark::State& state, const std::string& path, uint64_t items);
+// Reads the file with one unbuffered read per record of `record_size` bytes,
+// over at most its first 8 MB. Items: records read.
+void floor_read_per_record(benchmark::State& state, const std::string& path, uint32_t record_size);
+// Writes `bytes` bytes to a new file in 64 KiB blocks. Items: `items` per pass.
+void floor_write(benchmark::State& state, uint64_t bytes, uint64_t items);
+// Writes records of `record_size` bytes, one unbuffered write each, 8 MB in
+// all. Items: records written.
+void floor_write_per_record(benchmark::State& state, uint32_t record_size);
+
+// ---- the comparison table ----------------------------------------------------
+
+enum class Goal {
+  within,    // kalvor's cost per item at most `target` times the floor's
+  faster,    // kalvor at least `target` times faster than the floor
+  measured,  // no target: the ratio is shown for information
+};
+
+// Registers one row of the table: benchmark `name` against benchmark `floor`
+// (full benchmark names, arguments included).
+void compare(const char* label, const std::string& name, const std::string& floor, Goal goal,
+             double target = 0);
+
+// Console reporter that also prints the comparison table at the end.
+class RatioReporter : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override;
+  void Finalize() override;
+  // True when any benchmark failed (its check or its setup).
+  bool failed() const { return failed_; }
+
+ private:
+  bool failed_ = false;
+};
+
+}  // namespace kb
