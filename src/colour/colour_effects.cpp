@@ -12,9 +12,9 @@ using namespace kalvor;
 
 // ---- immediate setters ---------------------------------------------------------
 
-#define KALVOR_COLOUR_SETTERS(X)         \
-  X(displaycolor, uint8_t, color)        \
-  X(displayrgbcolor, double, rgbColor)   \
+#define KALVOR_COLOUR_SETTERS(X)       \
+  X(displaycolor, uint8_t, color)      \
+  X(displayrgbcolor, double, rgbColor) \
   X(displaycolorshift, double, colorShift)
 
 KALVOR_COLOUR_SETTERS(KALVOR_TRACK_SETTER)
@@ -33,19 +33,19 @@ KALVOR_API void KALVOR_CALL displaysparkling(uint32_t scanner, uint16_t t, uint1
 
 // Factors multiply the field after the value is limited to 0..1 (0..2 for
 // hue, saturation and lightness); the hot spot is replaced, limited to 0..3.
-#define KALVOR_COLOUR_MASKED(X)                                 \
-  X(DisplayIntensity, MultiplyLimited<1.0>, intensity)          \
-  X(TDisplayIntensity, MultiplyLimited<1.0>, intensity)         \
-  X(DisplayRotR, MultiplyLimited<1.0>, rotR)                    \
-  X(DisplayRotG, MultiplyLimited<1.0>, rotG)                    \
-  X(DisplayRotB, MultiplyLimited<1.0>, rotB)                    \
-  X(DisplayCenterRecolorR, MultiplyLimited<1.0>, centerRecolorR) \
-  X(DisplayCenterRecolorG, MultiplyLimited<1.0>, centerRecolorG) \
-  X(DisplayCenterRecolorB, MultiplyLimited<1.0>, centerRecolorB) \
-  X(DisplayHue, MultiplyLimited<2.0>, hue)                      \
-  X(DisplaySaturation, MultiplyLimited<2.0>, saturation)        \
-  X(DisplayLightness, MultiplyLimited<2.0>, lightness)          \
-  X(DisplayHotSpot, ReplaceLimited<3.0>, hotSpot)
+#define KALVOR_COLOUR_MASKED(X)                                \
+  X(DisplayIntensity, MultiplyLimited<1>, intensity)           \
+  X(TDisplayIntensity, MultiplyLimited<1>, intensity)          \
+  X(DisplayRotR, MultiplyLimited<1>, rotR)                     \
+  X(DisplayRotG, MultiplyLimited<1>, rotG)                     \
+  X(DisplayRotB, MultiplyLimited<1>, rotB)                     \
+  X(DisplayCenterRecolorR, MultiplyLimited<1>, centerRecolorR) \
+  X(DisplayCenterRecolorG, MultiplyLimited<1>, centerRecolorG) \
+  X(DisplayCenterRecolorB, MultiplyLimited<1>, centerRecolorB) \
+  X(DisplayHue, MultiplyLimited<2>, hue)                       \
+  X(DisplaySaturation, MultiplyLimited<2>, saturation)         \
+  X(DisplayLightness, MultiplyLimited<2>, lightness)           \
+  X(DisplayHotSpot, ReplaceLimited<3>, hotSpot)
 
 KALVOR_COLOUR_MASKED(KALVOR_MASKED_TRACK_1)
 

@@ -67,7 +67,7 @@ inline T get_slot(uint32_t scanner, uint32_t t, uint32_t s, Field<T> f) {
 
 // Defines a one-field immediate setter (scanner, track, value) that stores
 // the value unchanged.
-#define KALVOR_TRACK_SETTER(name, T, f)                                          \
+#define KALVOR_TRACK_SETTER(name, T, f)                                         \
   KALVOR_API void KALVOR_CALL name(uint32_t scanner, uint16_t track, T value) { \
     ::kalvor::set_track(scanner, track, ::kalvor::track::f, value);             \
   }
@@ -102,8 +102,9 @@ inline void for_each_slot(uint32_t scanner, uint32_t trackMask, uint32_t slotMas
 // loop (prepare), and then computes each selected field's new value from the
 // old one (apply). `Value` is the type of the fields it works on.
 
-// field + value x K (angles: K = 360, a full turn).
-template <double K>
+// field + value x K (angles: K = 360, a full turn). Constants are whole
+// numbers, given as integers so that every compiler accepts them.
+template <int K>
 struct AddScaled {
   using Value = double;
   static double prepare(double v) { return v * K; }
@@ -134,7 +135,7 @@ struct Multiply {
 };
 
 // field x value, with the value limited to 0..Hi first (NaN passes).
-template <double Hi>
+template <int Hi>
 struct MultiplyLimited {
   using Value = double;
   static double prepare(double v) { return limit(v, 0.0, Hi); }
@@ -153,7 +154,7 @@ struct Replace : ReplaceWith<double> {
 };
 
 // The value limited to 0..Hi (NaN passes).
-template <double Hi>
+template <int Hi>
 struct ReplaceLimited : ReplaceWith<double> {
   static double prepare(double v) { return limit(v, 0.0, Hi); }
 };
@@ -208,16 +209,16 @@ inline void masked_slots(uint32_t scanner, uint32_t trackMask, uint32_t slotMask
 // Definitions of masked exports with the common signature (scanner,
 // trackMask, slotMask, reserved, one double per field, in field order).
 // Track exports do not read slotMask; no export reads reserved.
-#define KALVOR_MASKED_TRACK_1(name, Op, f)                                                       \
-  KALVOR_API void KALVOR_CALL name(uint32_t scanner, uint32_t trackMask, uint32_t, uint32_t,     \
-                                   double value) {                                               \
-    ::kalvor::masked_tracks<Op>(scanner, trackMask, {::kalvor::track::f}, {value});               \
+#define KALVOR_MASKED_TRACK_1(name, Op, f)                                                   \
+  KALVOR_API void KALVOR_CALL name(uint32_t scanner, uint32_t trackMask, uint32_t, uint32_t, \
+                                   double value) {                                           \
+    ::kalvor::masked_tracks<Op>(scanner, trackMask, {::kalvor::track::f}, {value});          \
   }
-#define KALVOR_MASKED_TRACK_2(name, Op, fx, fy)                                                  \
-  KALVOR_API void KALVOR_CALL name(uint32_t scanner, uint32_t trackMask, uint32_t, uint32_t,     \
-                                   double x, double y) {                                         \
-    ::kalvor::masked_tracks<Op>(scanner, trackMask, {::kalvor::track::fx, ::kalvor::track::fy},  \
-                                {x, y});                                                         \
+#define KALVOR_MASKED_TRACK_2(name, Op, fx, fy)                                                 \
+  KALVOR_API void KALVOR_CALL name(uint32_t scanner, uint32_t trackMask, uint32_t, uint32_t,    \
+                                   double x, double y) {                                        \
+    ::kalvor::masked_tracks<Op>(scanner, trackMask, {::kalvor::track::fx, ::kalvor::track::fy}, \
+                                {x, y});                                                        \
   }
 #define KALVOR_MASKED_TRACK_3(name, Op, fx, fy, fz)                                              \
   KALVOR_API void KALVOR_CALL name(uint32_t scanner, uint32_t trackMask, uint32_t, uint32_t,     \

@@ -10,23 +10,23 @@ using namespace kalvor;
 // ---- immediate setters ---------------------------------------------------------
 
 // X(name, argument type, field): one field of one track, stored unchanged.
-#define KALVOR_GEOMETRY_SETTERS(X)               \
-  X(displayworldangx, double, worldAngleX)       \
-  X(displayworldangy, double, worldAngleY)       \
-  X(displayworldangz, double, worldAngleZ)       \
-  X(displaysizex, double, sizeX)                 \
-  X(displaysizey, double, sizeY)                 \
-  X(displayclipx1, uint16_t, clipX1)             \
-  X(displayclipy1, uint16_t, clipY1)             \
-  X(displayclipx2, uint16_t, clipX2)             \
-  X(displayclipy2, uint16_t, clipY2)             \
-  X(displayclipz1, int32_t, clipZ1)              \
-  X(displayclipz2, int32_t, clipZ2)              \
+#define KALVOR_GEOMETRY_SETTERS(X)                \
+  X(displayworldangx, double, worldAngleX)        \
+  X(displayworldangy, double, worldAngleY)        \
+  X(displayworldangz, double, worldAngleZ)        \
+  X(displaysizex, double, sizeX)                  \
+  X(displaysizey, double, sizeY)                  \
+  X(displayclipx1, uint16_t, clipX1)              \
+  X(displayclipy1, uint16_t, clipY1)              \
+  X(displayclipx2, uint16_t, clipX2)              \
+  X(displayclipy2, uint16_t, clipY2)              \
+  X(displayclipz1, int32_t, clipZ1)               \
+  X(displayclipz2, int32_t, clipZ2)               \
   X(displayrotationorder, uint8_t, rotationOrder) \
-  X(displaypipeline, uint32_t, pipeline)         \
-  X(displaysurface, uint8_t, surface)            \
-  X(displayflags, uint16_t, flags)               \
-  X(displayworld, uint8_t, world)                \
+  X(displaypipeline, uint32_t, pipeline)          \
+  X(displaysurface, uint8_t, surface)             \
+  X(displayflags, uint16_t, flags)                \
+  X(displayworld, uint8_t, world)                 \
   X(displayframe, uint16_t, pictureNumber)
 
 KALVOR_GEOMETRY_SETTERS(KALVOR_TRACK_SETTER)
@@ -74,39 +74,39 @@ KALVOR_API void KALVOR_CALL displaymorphing(uint32_t scanner, uint16_t t, uint16
 
 // ---- masked exports ------------------------------------------------------------
 
-using AddAngle = AddScaled<360.0>;
+using AddAngle = AddScaled<360>;
 
 // X(name, operation, field)
-#define KALVOR_GEOMETRY_MASKED_1(X)                               \
-  X(DisplayWorldAngleX, AddAngle, worldAngleX)                    \
-  X(DisplayWorldAngleY, AddAngle, worldAngleY)                    \
-  X(DisplayWorldAngleZ, AddAngle, worldAngleZ)                    \
-  X(DisplayRotateX, AddAngle, rotateX)                            \
-  X(DisplayRotateY, AddAngle, rotateY)                            \
-  X(DisplayRotateZ, AddAngle, rotateZ)                            \
-  X(DisplaySizeX, Multiply, sizeX)                                \
-  X(DisplaySizeY, Multiply, sizeY)                                \
-  X(TDisplaySizeX, Multiply, sizeX)                               \
-  X(TDisplaySizeY, Multiply, sizeY)                               \
-  X(DisplayShiftX, AddPositionTruncIncrement, shiftX)             \
-  X(DisplayShiftY, AddPositionTruncIncrement, shiftY)             \
-  X(TDisplayShiftX, AddPositionTruncIncrement, shiftX)            \
-  X(TDisplayShiftY, AddPositionTruncIncrement, shiftY)            \
-  X(DisplayViewX, AddPositionTruncIncrement, viewX)               \
-  X(DisplayViewY, AddPositionTruncIncrement, viewY)               \
-  X(DisplayViewZ, AddPositionTruncIncrement, viewZ)               \
-  X(DisplayShearXByY, Replace, shearXByY)                         \
-  X(DisplayShearXByZ, Replace, shearXByZ)                         \
-  X(DisplayShearYByX, Replace, shearYByX)                         \
-  X(DisplayShearYByZ, Replace, shearYByZ)                         \
-  X(DisplayShearZByX, Replace, shearZByX)                         \
-  X(DisplayShearZByY, Replace, shearZByY)                         \
-  X(DisplayClipX1, ReplaceClip16, clipX1)                         \
-  X(DisplayClipY1, ReplaceClip16, clipY1)                         \
-  X(DisplayClipX2, ReplaceClip16, clipX2)                         \
-  X(DisplayClipY2, ReplaceClip16, clipY2)                         \
-  X(DisplayClipZ1, ReplaceClipZ, clipZ1)                          \
-  X(DisplayClipZ2, ReplaceClipZ, clipZ2)                          \
+#define KALVOR_GEOMETRY_MASKED_1(X)                    \
+  X(DisplayWorldAngleX, AddAngle, worldAngleX)         \
+  X(DisplayWorldAngleY, AddAngle, worldAngleY)         \
+  X(DisplayWorldAngleZ, AddAngle, worldAngleZ)         \
+  X(DisplayRotateX, AddAngle, rotateX)                 \
+  X(DisplayRotateY, AddAngle, rotateY)                 \
+  X(DisplayRotateZ, AddAngle, rotateZ)                 \
+  X(DisplaySizeX, Multiply, sizeX)                     \
+  X(DisplaySizeY, Multiply, sizeY)                     \
+  X(TDisplaySizeX, Multiply, sizeX)                    \
+  X(TDisplaySizeY, Multiply, sizeY)                    \
+  X(DisplayShiftX, AddPositionTruncIncrement, shiftX)  \
+  X(DisplayShiftY, AddPositionTruncIncrement, shiftY)  \
+  X(TDisplayShiftX, AddPositionTruncIncrement, shiftX) \
+  X(TDisplayShiftY, AddPositionTruncIncrement, shiftY) \
+  X(DisplayViewX, AddPositionTruncIncrement, viewX)    \
+  X(DisplayViewY, AddPositionTruncIncrement, viewY)    \
+  X(DisplayViewZ, AddPositionTruncIncrement, viewZ)    \
+  X(DisplayShearXByY, Replace, shearXByY)              \
+  X(DisplayShearXByZ, Replace, shearXByZ)              \
+  X(DisplayShearYByX, Replace, shearYByX)              \
+  X(DisplayShearYByZ, Replace, shearYByZ)              \
+  X(DisplayShearZByX, Replace, shearZByX)              \
+  X(DisplayShearZByY, Replace, shearZByY)              \
+  X(DisplayClipX1, ReplaceClip16, clipX1)              \
+  X(DisplayClipY1, ReplaceClip16, clipY1)              \
+  X(DisplayClipX2, ReplaceClip16, clipX2)              \
+  X(DisplayClipY2, ReplaceClip16, clipY2)              \
+  X(DisplayClipZ1, ReplaceClipZ, clipZ1)               \
+  X(DisplayClipZ2, ReplaceClipZ, clipZ2)               \
   X(DisplayPipeline, ReplacePipeline, pipeline)
 
 KALVOR_GEOMETRY_MASKED_1(KALVOR_MASKED_TRACK_1)
