@@ -4,6 +4,7 @@
 #include <string>
 
 #include "kalvor/kalvor.h"
+#include "support/harness.h"
 
 TEST(NoPrint, InitReportsOnlyTheMissingPrintEntry) {
   testing::internal::CaptureStderr();
@@ -16,5 +17,16 @@ TEST(NoPrint, InitReportsOnlyTheMissingPrintEntry) {
   testing::internal::CaptureStderr();
   DisplayInit();
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  DisplayExit();
+}
+
+TEST(NoPrint, PrintGivesZeroWhileCommandsStillGoOut) {
+  DisplayInit();
+  kt::Recorder& rec = kt::Recorder::get();
+  rec.clear();
+  EXPECT_EQ(displayprint(1234), 0u);
+  displayendsession(3);
+  ASSERT_EQ(rec.count(), 1);
+  EXPECT_EQ(rec.at(0).bytes, kt::Bytes{0xFF});
   DisplayExit();
 }

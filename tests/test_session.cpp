@@ -1,0 +1,161 @@
+// Session, output switching, rates and the parameter commands.
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include "support/harness.h"
+
+using namespace kt;
+
+TEST_F(KalvorTest, BeginSessionReadsProfileQueriesVersionSendsSignalLoadsDefaults) {
+  displaysignal(2, 7);  // the (absent) profile sets it back to 2 before it is sent
+  displayoutput(2, 0);
+  displayinitcolorbuffer(2, 7, 9);
+  rec.clear();
+  rec.set_reply(0x22, le_bytes<uint32_t>(0x01020304));
+  displaybeginsession(2);
+  auto sent = rec.all();
+  ASSERT_EQ(sent.size(), 2u);  // nothing is sent for the colour buffers
+  EXPECT_EQ(sent[0].bytes, Bytes{0x22});
+  EXPECT_TRUE(sent[0].reply);
+  EXPECT_EQ(sent[1].bytes, (Bytes{0x24, 0x02}));
+  EXPECT_EQ(sent[1].scanner, 2u);
+  EXPECT_EQ(displaygetsignal(2), 2);
+  EXPECT_EQ(displaygetoutput(2), 0);
+  uint8_t c[6], rgb[3];
+  displaygetcolorbuffer(2, 7, 15, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5]);
+  EXPECT_EQ(Bytes(c, c + 6), (Bytes{255, 0, 255, 255, 0, 255}));
+  displaygetcolorbufferrgb(2, 7, 16, &rgb[0], &rgb[1], &rgb[2]);
+  EXPECT_EQ(Bytes(rgb, rgb + 3), (Bytes{9, 9, 9}));
+
+  rec.clear();
+  displayendsession(2);
+  EXPECT_EQ(rec.last().bytes, Bytes{0xFF});
+  EXPECT_FALSE(rec.last().reply);
+}
+
+TEST_F(KalvorTest, OutputSwitchSendsTheSignalOnlyForOne) {
+  struct Case { uint8_t on, sent, stored; };
+  for (Case c : {Case{1, 2, 1}, Case{0, 0, 0}, Case{2, 0, 2}}) {
+    rec.clear();
+    displayoutput(1, c.on);
+    EXPECT_EQ(rec.last().bytes, (Bytes{0x24, c.sent}));
+    EXPECT_EQ(displaygetoutput(1), c.stored);
+  }
+  displaysignal(2, 5);
+  EXPECT_EQ(rec.last().bytes, (Bytes{0x24, 0x05}));
+  EXPECT_EQ(displaygetsignal(2), 5);
+  EXPECT_EQ(displaygetoutput(2), 1);
+  displayoutput(2, 1);
+  EXPECT_EQ(rec.last().bytes, (Bytes{0x24, 0x05}));
+}
+
+TEST_F(KalvorTest, StopAndEnableOutputAddressAllTwentyScannersInOrder) {
+  displaysignal(3, 9);
+  rec.clear();
+  displaystopoutput();
+  ASSERT_EQ(rec.count(), 20);
+  for (uint32_t s = 1; s <= 20; ++s) {
+    EXPECT_EQ(rec.at(int(s) - 1).scanner, s);
+    EXPECT_EQ(rec.at(int(s) - 1).bytes, (Bytes{0x24, 0x00}));
+    EXPECT_EQ(displaygetoutput(s), 0);
+  }
+  rec.clear();
+  displayenableoutput();
+  ASSERT_EQ(rec.count(), 20);
+  for (uint32_t s = 1; s <= 20; ++s) {
+    EXPECT_EQ(rec.at(int(s) - 1).bytes, (Bytes{0x24, uint8_t(s == 3 ? 9 : 2)}));
+    EXPECT_EQ(displaygetoutput(s), 1);
+  }
+}
+
+TEST_F(KalvorTest, ShortCommandsCarryTheirValues) {
+  struct Case { std::function<void()> call; Bytes bytes; };
+  Case cases[] = {
+      {[] { displayshutter(1, 7); }, {0x28, 7}},
+      {[] { displayfreq(1, 0x01020304); }, {0x02, 4, 3, 2, 1}},
+      {[] { displaypointrate(1, 12); }, {0x02, 0xE0, 0x2E, 0, 0}},
+      {[] { displaypointrate(1, 255); }, {0x02, 0x18, 0xE4, 0x03, 0}},
+      {[] { displaypicpersec(1, 25.0); }, {0x15, 0, 0, 0, 0, 0, 0, 0x39, 0x40}},
+      {[] { displayenablewait(1); }, {0x26}},
+      {[] { displaybeamparking(1, 3); }, {0x0D, 3}},
+      {[] { displaytostartpoint(1, 200); }, {0x1C, 50}},
+      {[] { displaytostartpoint(1, 49); }, {0x1C, 49}},
+  };
+  for (const Case& c : cases) {
+    rec.clear();
+    c.call();
+    ASSERT_EQ(rec.count(), 1);
+    EXPECT_EQ(rec.at(0).bytes, c.bytes);
+    EXPECT_FALSE(rec.at(0).reply);
+  }
+  rec.set_reply(0x22, le_bytes<uint32_t>(0xA1B2C3D4));
+  EXPECT_EQ(displaygetversion(4), 0xA1B2C3D4u);
+  EXPECT_EQ(rec.last().scanner, 4u);
+}
+
+TEST_F(KalvorTest, ScanParametersSendZeroAsOneInFourFields) {
+  displayscanpar(1, 1, 2, 3, 4, 0, 0, 7, 8, 0, 0, 0, 0);
+  EXPECT_EQ(rec.last().bytes, (Bytes{0x25, 1, 2, 3, 4, 1, 0, 1, 0, 7, 8, 1, 0, 1, 0, 0, 0, 0, 0}));
+  displayscanpar(1, 0, 0, 0, 0, 0x0506, 0x0708, 0, 0, 0x0B0C, 0x0D0E, 0x0F10, 0x1112);
+  EXPECT_EQ(rec.last().bytes,
+            (Bytes{0x25, 0, 0, 0, 0, 6, 5, 8, 7, 0, 0, 0x0C, 0x0B, 0x0E, 0x0D, 0x10, 0x0F, 0x12, 0x11}));
+}
+
+TEST_F(KalvorTest, GlobalParametersArePackedWithoutGaps) {
+  uint8_t extra[16];
+  for (int i = 0; i < 16; ++i) extra[i] = uint8_t(0xA0 + i);
+  displayglobal(1, 1.5, 2.5, 3.5, 4.5, 5.5, 6.5, 7.5, 8.5, 9.5, 10.5, 11.5, 12.5, 13.5, 14.5, 15.5, 16.5, 17.5,
+                18.5, 19.5, 20.5, 21.5, 22.5, 23.5, 24.5, 25.5, 26.5, 27.5, 28.5, 29.5, 30.5, 31.5, 32.5, 33.5,
+                34.5, 35.5, 36.5, 37.5, 38.5, 39, 40, 41, 42, 43, 44.5, 45.5, 46.5, 47.5, 48.5, 49.5, 50.5, 51.5,
+                52.5, 53.5, 0xABCD, extra);
+  Bytes b = rec.last().bytes;
+  ASSERT_EQ(b.size(), 408u);
+  EXPECT_EQ(b[0], 0x32);
+  for (int k = 1; k <= 38; ++k) EXPECT_EQ(le<double>(b, 1 + 8 * (k - 1)), k + 0.5) << k;
+  EXPECT_EQ(Bytes(b.begin() + 305, b.begin() + 310), (Bytes{39, 40, 41, 42, 43}));
+  for (int k = 44; k <= 53; ++k) EXPECT_EQ(le<double>(b, 310 + 8 * (k - 44)), k + 0.5) << k;
+  EXPECT_EQ(le<uint16_t>(b, 390), 0xABCD);
+  EXPECT_EQ(Bytes(b.begin() + 392, b.end()), Bytes(extra, extra + 16));
+  displayglobal(1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, nullptr);
+  EXPECT_EQ(rec.last().bytes, concat({{0x32}, Bytes(407, 0)}));  // no block: zeros
+}
+
+TEST_F(KalvorTest, ResetSendsTheBufferAndClearsTwoPreviewCounts) {
+  displayinitcolorbuffer(1, 3, 0);
+  for (uint8_t i = 0; i < 64; ++i) displaysetcolorbuffer(1, 3, i, i, 1, 2, 3, 4, uint8_t(255 - i));
+  Bytes answer = concat({le_bytes<uint16_t>(5), le_bytes<uint32_t>(77)});
+  for (uint8_t opcode : {0x06, 0x7B, 0x7E}) rec.set_reply(opcode, answer);
+  uint16_t count;
+  uint32_t value;
+  displayupdatepreviewbuffer(1, &count, &value);
+  displayupdatefullpreviewbuffer(1, &count, &value);
+  displayupdatevistrelbuffer(1, &count, &value);
+  rec.clear();
+  displayreset(1, 3);
+  Bytes b = rec.last().bytes;
+  ASSERT_EQ(b.size(), 386u);
+  EXPECT_EQ(b[0], 0x1B);
+  EXPECT_EQ(b[1], 0x40);
+  EXPECT_EQ(Bytes(b.begin() + 2 + 6 * 63, b.end()), (Bytes{63, 1, 2, 3, 4, 192}));
+  displaygetpreviewbuffercnt(1, &count);
+  EXPECT_EQ(count, 0);
+  displaygetfullpreviewbuffercnt(1, &count);
+  EXPECT_EQ(count, 0);
+  displaygetvistrelbuffercnt(1, &count);
+  EXPECT_EQ(count, 5);
+  EXPECT_EQ(DisplayGetTimeToWait(1), 77u);  // only the count is cleared
+  rec.clear();
+  displayreset(1, 8);  // no such buffer
+  EXPECT_EQ(rec.count(), 0);
+}
+
+TEST_F(KalvorTest, TimeAdvancesInMilliseconds) {
+  EXPECT_EQ(DisplayGetTimeToWait(1), 0u);
+  uint32_t start = displaygettime();
+  std::this_thread::sleep_for(std::chrono::milliseconds(30));
+  uint32_t elapsed = displaygettime() - start;
+  EXPECT_GE(elapsed, 25u);
+  EXPECT_LT(elapsed, 5000u);
+}
