@@ -2086,9 +2086,818 @@ KALVOR_API void KALVOR_CALL displayhierarchy(uint32_t scanner, uint32_t track, c
 /* @@anchor:colour-effects@@ */
 
 /* ---- Session, profile, device commands, previews (src/core) ---- */
+/**
+ * @defgroup session Session and output
+ * Beginning and ending a scanner's use, switching its output, its rates and
+ * the parameters passed through to it.
+ * @{
+ */
+
+/**
+ * Begins a scanner's session: reads its profile section (getscannerprofile),
+ * sends the version query 0x22 (answer discarded), sends 0x24 with the output
+ * signal, and loads the default contents into colour buffers 0 to 7 (nothing
+ * is sent for them). The output switch is not changed.
+ * @param scanner scanner number, 1 to 20
+ */
+KALVOR_API void KALVOR_CALL displaybeginsession(uint32_t scanner);
+
+/**
+ * Ends a scanner's session: sends the single byte 0xFF. The record keeps
+ * every value.
+ * @param scanner scanner number, 1 to 20
+ */
+KALVOR_API void KALVOR_CALL displayendsession(uint32_t scanner);
+
+/**
+ * Sends 0x24, signal and stores the signal as the scanner's output signal.
+ * The output switch is not changed.
+ * @param scanner scanner number, 1 to 20
+ * @param signal  output signal number; 0 switches the output off
+ */
+KALVOR_API void KALVOR_CALL displaysignal(uint32_t scanner, uint8_t signal);
+
+/**
+ * @param scanner scanner number, 1 to 20
+ * @return the output signal number (2 after DisplayInit)
+ */
+KALVOR_API uint8_t KALVOR_CALL displaygetsignal(uint32_t scanner);
+
+/**
+ * Switches a scanner's output: sends 0x24 with the output signal when on is
+ * 1, and 0x24, 0 for any other value; then stores on unchanged (so 2 sends 0
+ * and is read back as 2).
+ * @param scanner scanner number, 1 to 20
+ * @param on      1 switches on; anything else switches off
+ */
+KALVOR_API void KALVOR_CALL displayoutput(uint32_t scanner, uint8_t on);
+
+/**
+ * @param scanner scanner number, 1 to 20
+ * @return the output switch as last set (1 after DisplayInit)
+ */
+KALVOR_API uint8_t KALVOR_CALL displaygetoutput(uint32_t scanner);
+
+/**
+ * Switches every scanner off: for scanners 1 to 20 in order, sends 0x24, 0
+ * and sets the output switch to 0. No other call may overlap it.
+ */
+KALVOR_API void KALVOR_CALL displaystopoutput(void);
+
+/**
+ * Switches every scanner on: for scanners 1 to 20 in order, sends 0x24 with
+ * that scanner's output signal and sets the output switch to 1. No other call
+ * may overlap it.
+ */
+KALVOR_API void KALVOR_CALL displayenableoutput(void);
+
+/**
+ * Sends 0x28, value.
+ * @param scanner scanner number, 1 to 20
+ * @param value   shutter value, interpreted by the scanner
+ */
+KALVOR_API void KALVOR_CALL displayshutter(uint32_t scanner, uint8_t value);
+
+/**
+ * Sends 0x02 and the point frequency (u32).
+ * @param scanner         scanner number, 1 to 20
+ * @param pointsPerSecond point frequency in points per second
+ */
+KALVOR_API void KALVOR_CALL displayfreq(uint32_t scanner, uint32_t pointsPerSecond);
+
+/**
+ * Sends 0x02 and thousands × 1000 (u32): 30 sends 30,000.
+ * @param scanner   scanner number, 1 to 20
+ * @param thousands point frequency in thousands of points per second
+ */
+KALVOR_API void KALVOR_CALL displaypointrate(uint32_t scanner, uint8_t thousands);
+
+/**
+ * Sends 0x15 and the eight bytes of the double.
+ * @param scanner           scanner number, 1 to 20
+ * @param picturesPerSecond pictures per second
+ */
+KALVOR_API void KALVOR_CALL displaypicpersec(uint32_t scanner, double picturesPerSecond);
+
+/**
+ * Sends the 19-byte scan-parameter command 0x25: p1..p4 (u8), p5, p6 (u16),
+ * p7, p8 (u8), p9..p12 (u16), packed little-endian in this order. A value of
+ * 0 in p5, p6, p9 or p10 is sent as 1. The scanner interprets the values.
+ * @param scanner scanner number, 1 to 20
+ * @param p1,p2,p3,p4 byte parameters 1 to 4 (offsets 1 to 4)
+ * @param p5,p6   16-bit parameters 5 and 6 (offsets 5 and 7); 0 is sent as 1
+ * @param p7,p8   byte parameters 7 and 8 (offsets 9 and 10)
+ * @param p9,p10  16-bit parameters 9 and 10 (offsets 11 and 13); 0 is sent as 1
+ * @param p11,p12 16-bit parameters 11 and 12 (offsets 15 and 17), sent unchanged
+ */
+KALVOR_API void KALVOR_CALL displayscanpar(uint32_t scanner, uint8_t p1, uint8_t p2, uint8_t p3, uint8_t p4,
+                                           uint16_t p5, uint16_t p6, uint8_t p7, uint8_t p8, uint16_t p9,
+                                           uint16_t p10, uint16_t p11, uint16_t p12);
+
+/**
+ * Sends the 408-byte global-parameter command 0x32, packed without gaps:
+ * v1..v38 as doubles from offset 1, v39..v43 as bytes from offset 305,
+ * v44..v53 as doubles from offset 310, v54 (u16) at offset 390 and the 16
+ * bytes v55 points to at offset 392. The scanner interprets the values.
+ * @param scanner scanner number, 1 to 20
+ * @param v1,v2,v3,v4,v5,v6,v7,v8,v9,v10,v11,v12,v13,v14,v15,v16,v17,v18,v19 doubles 1 to 19
+ * @param v20,v21,v22,v23,v24,v25,v26,v27,v28,v29,v30,v31,v32,v33,v34,v35,v36,v37,v38 doubles 20 to 38
+ * @param v39,v40,v41,v42,v43 bytes 39 to 43
+ * @param v44,v45,v46,v47,v48,v49,v50,v51,v52,v53 doubles 44 to 53
+ * @param v54 16-bit value 54
+ * @param v55 16 bytes copied unchanged; null sends 16 zero bytes
+ */
+KALVOR_API void KALVOR_CALL displayglobal(
+    uint32_t scanner, double v1, double v2, double v3, double v4, double v5, double v6, double v7, double v8,
+    double v9, double v10, double v11, double v12, double v13, double v14, double v15, double v16, double v17,
+    double v18, double v19, double v20, double v21, double v22, double v23, double v24, double v25, double v26,
+    double v27, double v28, double v29, double v30, double v31, double v32, double v33, double v34, double v35,
+    double v36, double v37, double v38, uint8_t v39, uint8_t v40, uint8_t v41, uint8_t v42, uint8_t v43,
+    double v44, double v45, double v46, double v47, double v48, double v49, double v50, double v51, double v52,
+    double v53, uint16_t v54, const uint8_t* v55);
+
+/**
+ * Sends the single byte 0x26.
+ * @param scanner scanner number, 1 to 20
+ */
+KALVOR_API void KALVOR_CALL displayenablewait(uint32_t scanner);
+
+/**
+ * Reads the wait value that the scanner's last answer into the preview
+ * buffer (a track upload, a preview refresh, direct points or a raster
+ * frame) left there. Sends nothing.
+ * @param scanner scanner number, 1 to 20
+ * @return the wait value; 0 after DisplayInit
+ */
+KALVOR_API uint32_t KALVOR_CALL DisplayGetTimeToWait(uint32_t scanner);
+
+/**
+ * @return the millisecond clock: the high-resolution counter in
+ *         milliseconds, low 32 bits
+ */
+KALVOR_API uint32_t KALVOR_CALL displaygettime(void);
+
+/**
+ * Sends the version query 0x22 with a 4-byte answer area preset to 0.
+ * @param scanner scanner number, 1 to 20
+ * @return the scanner's answer (u32); 0 when nothing answers
+ */
+KALVOR_API uint32_t KALVOR_CALL displaygetversion(uint32_t scanner);
+
+/**
+ * Sets the point counts of the preview and full-preview buffers to 0 (the
+ * Vistrel buffer keeps its count) and sends the channel entries of a colour
+ * buffer as the 386-byte command 0x1B, 0x40, then 64 × c0..c5. A buffer
+ * number above 7 makes the call do nothing.
+ * @param scanner scanner number, 1 to 20
+ * @param buffer  colour buffer, 0 to 7
+ */
+KALVOR_API void KALVOR_CALL displayreset(uint32_t scanner, uint8_t buffer);
+
+/**
+ * Sends 0x0D, value.
+ * @param scanner scanner number, 1 to 20
+ * @param value   beam-parking value, interpreted by the scanner
+ */
+KALVOR_API void KALVOR_CALL displaybeamparking(uint32_t scanner, uint8_t value);
+
+/**
+ * Sends 0x1C and the value, at most 50 (larger values are sent as 50).
+ * @param scanner scanner number, 1 to 20
+ * @param value   start-point value, interpreted by the scanner
+ */
+KALVOR_API void KALVOR_CALL displaytostartpoint(uint32_t scanner, uint8_t value);
+
+/** @} */
+
+/**
+ * @defgroup profile Scanner profile and identity
+ * The scanner's profile section, its two names, the last-error class and the
+ * transport's print entry.
+ * @{
+ */
+
+/**
+ * Reads the scanner's section (named by the scanner number in decimal) of the
+ * profile file named by the environment variable KALVOR_PROFILE when
+ * DisplayInit ran. "Signal" (integer, default 2) sets the output signal (low
+ * 8 bits); "C0ToR".."C5ToB" (decimal text, default 1.0 for C0ToR, C1ToG and
+ * C2ToB, else 0.0) set all 18 colour-matrix weights. When both "MasterName"
+ * and "SlaveName" are present and not empty, they are applied as by
+ * setsendname and setreceivename. Sends nothing.
+ * @param scanner scanner number, 1 to 20
+ * @return 1 when both names were found (even if too long to be stored), else 0
+ */
+KALVOR_API uint8_t KALVOR_CALL getscannerprofile(uint32_t scanner);
+
+/**
+ * Stores the scanner's send name. A name of 16 characters or more is ignored.
+ * @param scanner scanner number, 1 to 20
+ * @param name    zero-terminated name of at most 15 characters
+ */
+KALVOR_API void KALVOR_CALL setsendname(uint32_t scanner, const char* name);
+
+/**
+ * Stores the scanner's receive name. A name of 16 characters or more is
+ * ignored.
+ * @param scanner scanner number, 1 to 20
+ * @param name    zero-terminated name of at most 15 characters
+ */
+KALVOR_API void KALVOR_CALL setreceivename(uint32_t scanner, const char* name);
+
+/**
+ * Copies the send name ("MASTER" after DisplayInit) with its terminating zero.
+ * @param scanner     scanner number, 1 to 20
+ * @param destination buffer of at least 16 bytes
+ */
+KALVOR_API void KALVOR_CALL getsendname(uint32_t scanner, char* destination);
+
+/**
+ * Copies the receive name ("SLAVE" after DisplayInit) with its terminating
+ * zero.
+ * @param scanner     scanner number, 1 to 20
+ * @param destination buffer of at least 16 bytes
+ */
+KALVOR_API void KALVOR_CALL getreceivename(uint32_t scanner, char* destination);
+
+/**
+ * Stores the network debug switch; nothing in the library reads it.
+ * @param scanner scanner number, 1 to 20
+ * @param value   the switch
+ */
+KALVOR_API void KALVOR_CALL setnetworkdebug(uint32_t scanner, uint8_t value);
+
+/**
+ * Classifies the scanner's last NetBIOS return code (0 after DisplayInit).
+ * @param scanner scanner number, 1 to 20
+ * @return 0 success or duplicate name; 1 NetBIOS not loaded; 3 resources
+ *         exhausted; 4 session closed, session table full or name conflict;
+ *         5 name in use elsewhere; 6 too many commands; 7 session number out
+ *         of range or no answer; 2 any other code
+ */
+KALVOR_API uint8_t KALVOR_CALL getlasterror(uint32_t scanner);
+
+/**
+ * Passes a value to the transport's NetScanPrint.
+ * @param value passed unchanged
+ * @return NetScanPrint's result; 0 when the transport has no such entry
+ */
+KALVOR_API uint32_t KALVOR_CALL displayprint(uint32_t value);
+
+/** Does nothing; kept for hosts that call it. */
+KALVOR_API void KALVOR_CALL DumpAdapterStatus(void);
+
+/** @} */
+
+/**
+ * @defgroup device Device queries and host-tool commands
+ * Commands for the scanner's own equipment: hardware manager, ILDA output,
+ * routing and inversion, firmware upload and file copy.
+ * @{
+ */
+
+/**
+ * @defgroup device_bytes One-byte commands
+ * Each sends its single opcode byte with no answer.
+ * @{
+ */
+/** Sends 0x63 ("c"). @param scanner scanner number, 1 to 20 */
+KALVOR_API void KALVOR_CALL ZRKErzeugeFormular(uint32_t scanner);
+/** Sends 0x64 ("d"): ILDA output on. @param scanner scanner number, 1 to 20 */
+KALVOR_API void KALVOR_CALL EnableILDAOutput(uint32_t scanner);
+/** Sends 0x65 ("e"): ILDA output off. @param scanner scanner number, 1 to 20 */
+KALVOR_API void KALVOR_CALL DisableILDAOutput(uint32_t scanner);
+/** Sends 0x66 ("f"): show the hardware manager. @param scanner scanner number, 1 to 20 */
+KALVOR_API void KALVOR_CALL ShowHWManager(uint32_t scanner);
+/** Sends 0x67 ("g"): hide the hardware manager. @param scanner scanner number, 1 to 20 */
+KALVOR_API void KALVOR_CALL HideHWManager(uint32_t scanner);
+/** Sends 0x6F ("o"): check for an update. @param scanner scanner number, 1 to 20 */
+KALVOR_API void KALVOR_CALL CheckforUpdate(uint32_t scanner);
+/** Sends 0x77 ("w"): start the hardware manager. @param scanner scanner number, 1 to 20 */
+KALVOR_API void KALVOR_CALL StartHWManager(uint32_t scanner);
+/** Sends 0x79 ("y"): ILDA output once. @param scanner scanner number, 1 to 20 */
+KALVOR_API void KALVOR_CALL EnableILDAOutputonce(uint32_t scanner);
+/** Sends 0x66 ("f"), the same byte as ShowHWManager. @param scanner scanner number, 1 to 20 */
+KALVOR_API void KALVOR_CALL Display_Invert_Y(uint32_t scanner);
+/** @} */
+
+/**
+ * @defgroup device_queries Device queries
+ * Each sends its opcode and the low byte of the scanner number, with an
+ * answer area that reads 0 when nothing answers.
+ * @{
+ */
+/** Sends 0x71 ("q"). @param scanner scanner number, 1 to 20 @return the routing byte */
+KALVOR_API uint8_t KALVOR_CALL GetRouting(uint32_t scanner);
+/** Sends 0x72 ("r"). @param scanner scanner number, 1 to 20 @return the x-inversion byte */
+KALVOR_API uint8_t KALVOR_CALL GetInvertX(uint32_t scanner);
+/** Sends 0x73 ("s"). @param scanner scanner number, 1 to 20 @return the y-inversion byte */
+KALVOR_API uint8_t KALVOR_CALL GetInvertY(uint32_t scanner);
+/** Sends 0x74 ("t"). @param scanner scanner number, 1 to 20 @return the x/y-swap byte */
+KALVOR_API uint8_t KALVOR_CALL GetSwapXY(uint32_t scanner);
+/** Sends 0x75 ("u"). @param scanner scanner number, 1 to 20 @return the 16-bit answer */
+KALVOR_API uint16_t KALVOR_CALL GetInterpolatedPointCnt(uint32_t scanner);
+
+/**
+ * Sends 0x7C and the scanner byte, and spreads the 23-byte answer over the
+ * outs: three bytes, then five u32. Null outs are skipped; every out reads 0
+ * when nothing answers.
+ * @param scanner scanner number, 1 to 20
+ * @param v1,v2,v3 answer bytes 0, 1 and 2
+ * @param v4,v5,v6,v7,v8 answer u32 at offsets 3, 7, 11, 15 and 19
+ */
+KALVOR_API void KALVOR_CALL GetDeviceSettings(uint32_t scanner, uint8_t* v1, uint8_t* v2, uint8_t* v3,
+                                              uint32_t* v4, uint32_t* v5, uint32_t* v6, uint32_t* v7,
+                                              uint32_t* v8);
+/** @} */
+
+/**
+ * Sends 0x78 ("x") with a one-byte answer area preset to 99.
+ * @param scanner scanner number, 1 to 20
+ * @return the hardware manager's status; 99 when nothing answers
+ */
+KALVOR_API uint8_t KALVOR_CALL HWManagerGetStatus(uint32_t scanner);
+
+/**
+ * Sends 0x70 ("p") with a 4-byte answer area preset to 0.
+ * @param scanner scanner number, 1 to 20
+ * @return the software CRC; 0 when nothing answers
+ */
+KALVOR_API uint32_t KALVOR_CALL SoftwareGetCRC(uint32_t scanner);
+
+/**
+ * Switches Vistrel output for every scanner (a positive flag, taken as a
+ * signed byte, makes each track upload refresh the Vistrel buffer with 0x7E)
+ * and sends 0x7D, flag to the given scanner.
+ * @param scanner scanner number, 1 to 20; above 20 the call does nothing
+ * @param flag    Vistrel output switch
+ */
+KALVOR_API void KALVOR_CALL SetVistrel(uint32_t scanner, uint8_t flag);
+
+/**
+ * Sends the 256-byte command 0x76 with the name in the 255 bytes after the
+ * opcode, with its terminating zero and zero-filled; a name of 255 characters
+ * or more is cut to 255 bytes without terminator.
+ * @param scanner scanner number, 1 to 20
+ * @param name    zero-terminated name; null sends an empty name
+ */
+KALVOR_API void KALVOR_CALL SetExportILDAName(uint32_t scanner, const char* name);
+
+/**
+ * Sends 0x6E ("n") and the scanner number as u32.
+ * @param scanner scanner number, 1 to 20
+ */
+KALVOR_API void KALVOR_CALL Showhelp(uint32_t scanner);
+
+/**
+ * Sends 0x11, first (u8), second (u16).
+ * @param scanner scanner number, 1 to 20
+ * @param first   first value
+ * @param second  second value
+ */
+KALVOR_API void KALVOR_CALL displaywritelpt(uint32_t scanner, uint8_t first, uint16_t second);
+
+/**
+ * Uploads a firmware file: sends 0x23 ("#"), n (u16) and n bytes of the file,
+ * where n is the low 16 bits of the file's length, cut to 65,001 (so a file
+ * of 65,536 bytes sends n = 0). A file that cannot be opened sends nothing.
+ * @param scanner scanner number, 1 to 20
+ * @param path    the file to upload
+ */
+KALVOR_API void KALVOR_CALL softwareupdate(uint32_t scanner, const char* path);
+
+/**
+ * Copies a file to the scanner: sends the 263-byte header 0x2A ("*"), the
+ * file name with extension (256 bytes, zero-filled), the size (u32) and the
+ * block count (u16); then one 1,026-byte block per 1,024 bytes of the file,
+ * each a u16 count of valid bytes and 1,024 data bytes (the last block holds
+ * the remainder, zero-filled). The block count keeps its low 16 bits: of a
+ * file of 64 MiB or more only the blocks the count announces are sent. A file
+ * that cannot be opened sends nothing.
+ * @param scanner scanner number, 1 to 20
+ * @param path    the file to copy
+ */
+KALVOR_API void KALVOR_CALL displaycopyfile(uint32_t scanner, const char* path);
+
+/** @} */
+
+/**
+ * @defgroup preview Preview buffers
+ * The points a scanner answers with, read back with their colours turned
+ * into RGB through the colour matrix, and the host's preview flags.
+ *
+ * Colour conversion: R = sum over n of CnToR × cn for the six channel bytes
+ * c0..c5, likewise G and B; a sum above 255 gives 255, any other sum is
+ * truncated toward zero and keeps its low 8 bits. A point index of 16,000 or
+ * more is ignored and leaves every out untouched; null outs are skipped.
+ * @{
+ */
+
+/**
+ * Sends 0x06 with the preview buffer as answer area, then reports its point
+ * count and wait value (also when nothing answered).
+ * @param scanner scanner number, 1 to 20
+ * @param count   out: point count
+ * @param value   out: wait value
+ */
+KALVOR_API void KALVOR_CALL displayupdatepreviewbuffer(uint32_t scanner, uint16_t* count, uint32_t* value);
+/**
+ * Sends 0x7B ("{") with the full-preview buffer as answer area, then reports
+ * its point count and the value after it.
+ * @param scanner scanner number, 1 to 20
+ * @param count   out: point count
+ * @param value   out: the u32 after the count
+ */
+KALVOR_API void KALVOR_CALL displayupdatefullpreviewbuffer(uint32_t scanner, uint16_t* count, uint32_t* value);
+/**
+ * Sends 0x7E ("~") with the Vistrel buffer as answer area, then reports its
+ * point count and the value after it.
+ * @param scanner scanner number, 1 to 20
+ * @param count   out: point count
+ * @param value   out: the u32 after the count
+ */
+KALVOR_API void KALVOR_CALL displayupdatevistrelbuffer(uint32_t scanner, uint16_t* count, uint32_t* value);
+
+/** Reads the preview buffer's point count. @param scanner scanner number, 1 to 20 @param count out: point count */
+KALVOR_API void KALVOR_CALL displaygetpreviewbuffercnt(uint32_t scanner, uint16_t* count);
+/** Reads the full-preview buffer's point count. @param scanner scanner number, 1 to 20 @param count out: point count */
+KALVOR_API void KALVOR_CALL displaygetfullpreviewbuffercnt(uint32_t scanner, uint16_t* count);
+/** Reads the Vistrel buffer's point count. @param scanner scanner number, 1 to 20 @param count out: point count */
+KALVOR_API void KALVOR_CALL displaygetvistrelbuffercnt(uint32_t scanner, uint16_t* count);
+
+/**
+ * Reads one point of the preview buffer (11-byte points).
+ * @param scanner scanner number, 1 to 20
+ * @param index   point index, below 16,000
+ * @param x,y     out: coordinates, u16
+ * @param status  out: status byte
+ * @param r,g,b   out: colour through the colour matrix
+ */
+KALVOR_API void KALVOR_CALL displaygetpreviewbuffervector(uint32_t scanner, uint16_t index, uint16_t* x, uint16_t* y,
+                                                          uint8_t* status, uint8_t* r, uint8_t* g, uint8_t* b);
+/**
+ * Reads one point of the full-preview buffer (15-byte points).
+ * @param scanner scanner number, 1 to 20
+ * @param index   point index, below 16,000
+ * @param x,y     out: coordinates, signed 32 bits
+ * @param status  out: status byte
+ * @param r,g,b   out: colour through the colour matrix
+ */
+KALVOR_API void KALVOR_CALL displaygetfullpreviewbuffervector(uint32_t scanner, uint16_t index, int32_t* x,
+                                                              int32_t* y, uint8_t* status, uint8_t* r, uint8_t* g,
+                                                              uint8_t* b);
+/**
+ * Reads one point of the Vistrel buffer (15-byte points).
+ * @param scanner scanner number, 1 to 20
+ * @param index   point index, below 16,000
+ * @param x,y     out: coordinates, signed 32 bits
+ * @param status  out: status byte
+ * @param r,g,b   out: colour through the colour matrix
+ */
+KALVOR_API void KALVOR_CALL displaygetvistrelbuffervector(uint32_t scanner, uint16_t index, int32_t* x, int32_t* y,
+                                                          uint8_t* status, uint8_t* r, uint8_t* g, uint8_t* b);
+
+/** Stores the preview flag (0 after DisplayInit). @param scanner scanner number, 1 to 20 @param value the flag */
+KALVOR_API void KALVOR_CALL displaysetpreviewflag(uint32_t scanner, uint8_t value);
+/** Stores the beam-show flag (1 after DisplayInit). @param scanner scanner number, 1 to 20 @param value the flag */
+KALVOR_API void KALVOR_CALL displaysetbeamshowflag(uint32_t scanner, uint8_t value);
+/** Stores the graphic flag (1 after DisplayInit). @param scanner scanner number, 1 to 20 @param value the flag */
+KALVOR_API void KALVOR_CALL displaysetgraficflag(uint32_t scanner, uint8_t value);
+/** @param scanner scanner number, 1 to 20 @return the preview flag */
+KALVOR_API uint8_t KALVOR_CALL displaygetpreviewflag(uint32_t scanner);
+/** @param scanner scanner number, 1 to 20 @return the beam-show flag */
+KALVOR_API uint8_t KALVOR_CALL displaygetbeamshowflag(uint32_t scanner);
+/** @param scanner scanner number, 1 to 20 @return the graphic flag */
+KALVOR_API uint8_t KALVOR_CALL displaygetgraficflag(uint32_t scanner);
+
+/**
+ * Sets the red row of the colour matrix: the weights C0ToR..C5ToR.
+ * @param scanner scanner number, 1 to 20
+ * @param c0,c1,c2,c3,c4,c5 weights of channels 0 to 5
+ */
+KALVOR_API void KALVOR_CALL DisplaySetPreviewR(uint32_t scanner, double c0, double c1, double c2, double c3,
+                                               double c4, double c5);
+/**
+ * Sets the green row of the colour matrix: the weights C0ToG..C5ToG.
+ * @param scanner scanner number, 1 to 20
+ * @param c0,c1,c2,c3,c4,c5 weights of channels 0 to 5
+ */
+KALVOR_API void KALVOR_CALL DisplaySetPreviewG(uint32_t scanner, double c0, double c1, double c2, double c3,
+                                               double c4, double c5);
+/**
+ * Sets the blue row of the colour matrix: the weights C0ToB..C5ToB.
+ * @param scanner scanner number, 1 to 20
+ * @param c0,c1,c2,c3,c4,c5 weights of channels 0 to 5
+ */
+KALVOR_API void KALVOR_CALL DisplaySetPreviewB(uint32_t scanner, double c0, double c1, double c2, double c3,
+                                               double c4, double c5);
+
+/**
+ * Stores a scanner's entry of the scanner mapping table (1 shifted left by
+ * the scanner number after DisplayInit); nothing in the library reads it.
+ * @param scanner scanner number; outside 1 to 20 the call does nothing
+ * @param mask    the new entry
+ */
+KALVOR_API void KALVOR_CALL displayscannermapping(uint32_t scanner, uint32_t mask);
+
+/** @} */
+
 /* @@anchor:core@@ */
 
 /* ---- Colour buffers, palettes, DMX, geometry net (src/colour) ---- */
+/**
+ * @defgroup colourbuffers Colour buffers and palettes
+ * Eight colour buffers per scanner, each with 64 six-channel entries (what
+ * the projector receives) and 64 RGB entries (the host's view); the palette
+ * command, rotation and cross-fade, palette and RGB files, the true-colour
+ * table and the colour scale. A buffer number above 7 makes any call do
+ * nothing; an entry index of 64 or more makes the entry exports do nothing
+ * (getters leave their outs untouched; null outs are skipped). Only the
+ * senders and loaders send anything.
+ * @{
+ */
+
+/**
+ * Sets every byte of a colour buffer (both halves) to value.
+ * @param scanner scanner number, 1 to 20
+ * @param buffer  colour buffer, 0 to 7
+ * @param value   the byte written
+ */
+KALVOR_API void KALVOR_CALL displayinitcolorbuffer(uint32_t scanner, uint8_t buffer, uint8_t value);
+
+/**
+ * Writes the default colours into entries 0 to 15 of both halves of a colour
+ * buffer (white, pastels, red, orange, yellow, greens, cyan, blues, violet,
+ * magenta); entries 16 to 63 keep their values.
+ * @param scanner scanner number, 1 to 20
+ * @param buffer  colour buffer, 0 to 7
+ */
+KALVOR_API void KALVOR_CALL displaydefaultcolorbuffer(uint32_t scanner, uint8_t buffer);
+
+/**
+ * Sets the six channel bytes of one entry.
+ * @param scanner scanner number, 1 to 20
+ * @param buffer  colour buffer, 0 to 7
+ * @param index   entry, 0 to 63
+ * @param c0,c1,c2,c3,c4,c5 channel levels 0 to 255
+ */
+KALVOR_API void KALVOR_CALL displaysetcolorbuffer(uint32_t scanner, uint8_t buffer, uint8_t index, uint8_t c0,
+                                                  uint8_t c1, uint8_t c2, uint8_t c3, uint8_t c4, uint8_t c5);
+
+/**
+ * Reads the six channel bytes of one entry.
+ * @param scanner scanner number, 1 to 20
+ * @param buffer  colour buffer, 0 to 7
+ * @param index   entry, 0 to 63
+ * @param c0,c1,c2,c3,c4,c5 out: channel levels
+ */
+KALVOR_API void KALVOR_CALL displaygetcolorbuffer(uint32_t scanner, uint8_t buffer, uint8_t index, uint8_t* c0,
+                                                  uint8_t* c1, uint8_t* c2, uint8_t* c3, uint8_t* c4, uint8_t* c5);
+
+/**
+ * Sets the RGB half of one entry.
+ * @param scanner scanner number, 1 to 20
+ * @param buffer  colour buffer, 0 to 7
+ * @param index   entry, 0 to 63
+ * @param r,g,b   levels 0 to 255
+ */
+KALVOR_API void KALVOR_CALL displaysetcolorbufferrgb(uint32_t scanner, uint8_t buffer, uint8_t index, uint8_t r,
+                                                     uint8_t g, uint8_t b);
+
+/**
+ * Reads the RGB half of one entry.
+ * @param scanner scanner number, 1 to 20
+ * @param buffer  colour buffer, 0 to 7
+ * @param index   entry, 0 to 63
+ * @param r,g,b   out: levels
+ */
+KALVOR_API void KALVOR_CALL displaygetcolorbufferrgb(uint32_t scanner, uint8_t buffer, uint8_t index, uint8_t* r,
+                                                     uint8_t* g, uint8_t* b);
+
+/**
+ * Rotates colours: fills the channel entries first..last of the destination
+ * from the source's entries 0..n-1 (n = last - first + 1), shifted by
+ * x = n × phase entries with linear blending. For entry i, with s = x
+ * truncated and f = its fractional part (sign of x), a = (i + s) mod n and
+ * b = (i + s + 1) mod n (always in 0..n-1, for any phase), each byte becomes
+ * source[a] + (source[b] - source[a]) × f, truncated, low 8 bits. first and
+ * last are limited to 0..63; first > last does nothing. When source and
+ * destination are the same buffer, entries written earlier in the call are
+ * read with their new values. A phase that is not a number zeroes the range.
+ * @param scanner     scanner number, 1 to 20
+ * @param phase       shift as a fraction of the range; 1.0 is a full turn
+ * @param source      colour buffer read, 0 to 7
+ * @param destination colour buffer written, 0 to 7
+ * @param first       first entry written
+ * @param last        last entry written
+ */
+KALVOR_API void KALVOR_CALL displaycolorrotation(uint32_t scanner, double phase, uint32_t source,
+                                                 uint32_t destination, int32_t first, int32_t last);
+
+/**
+ * Cross-fades channel entries first..last: each byte of the destination
+ * becomes from + (to - from) × t, truncated, low 8 bits. t is not limited
+ * (outside 0..1 it extrapolates and wraps). first and last are limited to
+ * 0..63; first > last does nothing. The destination may be from or to.
+ * @param scanner     scanner number, 1 to 20
+ * @param t           fade position: 0 gives from, 1 gives to
+ * @param from        colour buffer at t = 0, 0 to 7
+ * @param to          colour buffer at t = 1, 0 to 7
+ * @param destination colour buffer written, 0 to 7
+ * @param first       first entry written
+ * @param last        last entry written
+ */
+KALVOR_API void KALVOR_CALL displaycolorcrossfade(uint32_t scanner, double t, uint8_t from, uint8_t to,
+                                                  uint8_t destination, int32_t first, int32_t last);
+
+/**
+ * Sets one entry of the palette command, the scanner's copy of the palette
+ * last sent. It lasts until the next palette is sent.
+ * @param scanner scanner number, 1 to 20
+ * @param index   entry, 0 to 63
+ * @param c0,c1,c2,c3,c4,c5 channel levels
+ */
+KALVOR_API void KALVOR_CALL displaysetpal(uint32_t scanner, uint8_t index, uint8_t c0, uint8_t c1, uint8_t c2,
+                                          uint8_t c3, uint8_t c4, uint8_t c5);
+
+/**
+ * Reads one entry of the palette command.
+ * @param scanner scanner number, 1 to 20
+ * @param index   entry, 0 to 63
+ * @param c0,c1,c2,c3,c4,c5 out: channel levels
+ */
+KALVOR_API void KALVOR_CALL displaygetpal(uint32_t scanner, uint8_t index, uint8_t* c0, uint8_t* c1, uint8_t* c2,
+                                          uint8_t* c3, uint8_t* c4, uint8_t* c5);
+
+/**
+ * Sends a colour buffer as palette: the 386-byte command 0x05, 0x40, then the
+ * 64 channel entries c0..c5.
+ * @param scanner scanner number, 1 to 20
+ * @param buffer  colour buffer, 0 to 7
+ */
+KALVOR_API void KALVOR_CALL displayupdatepal(uint32_t scanner, uint8_t buffer);
+
+/**
+ * Loads a palette file into a colour buffer and sends it as displayupdatepal
+ * does. A name ending in ".pal" (any case) is read as 64 nine-byte records
+ * r, g, b, c0..c5; any other name is read as an RGB file (displayloadRGB).
+ * Entries past the end of a short file keep their values. A file that cannot
+ * be opened changes and sends nothing.
+ * @param scanner scanner number, 1 to 20
+ * @param buffer  colour buffer, 0 to 7
+ * @param file    path of the file
+ */
+KALVOR_API void KALVOR_CALL displayloadpal(uint32_t scanner, uint8_t buffer, const char* file);
+
+/**
+ * Loads an RGB file (64 three-byte records r, g, b) into a colour buffer:
+ * entry i gets r, g, b and the channels r, g, b, 0, 0, 0. Then sends the
+ * buffer as displayupdatepal does. Entries past the end of a short file keep
+ * their values. A file that cannot be opened changes and sends nothing.
+ * @param scanner scanner number, 1 to 20
+ * @param buffer  colour buffer, 0 to 7
+ * @param file    path of the file
+ */
+KALVOR_API void KALVOR_CALL displayloadRGB(uint32_t scanner, uint8_t buffer, const char* file);
+
+/**
+ * Writes a colour buffer as a 576-byte palette file (64 records r, g, b,
+ * c0..c5). The file is replaced only once completely written. Sends nothing.
+ * @param scanner scanner number, 1 to 20
+ * @param buffer  colour buffer, 0 to 7
+ * @param file    path of the file
+ */
+KALVOR_API void KALVOR_CALL displaysavepal(uint32_t scanner, uint8_t buffer, const char* file);
+
+/**
+ * Sets one entry of the true-colour table; the first three bytes are the
+ * entry's r, g, b. An index above 28 does nothing.
+ * @param scanner scanner number, 1 to 20
+ * @param index   entry, 0 to 28
+ * @param v1,v2,v3,v4,v5,v6,v7,v8,v9 the entry's nine bytes
+ */
+KALVOR_API void KALVOR_CALL displaysettruecolor(uint32_t scanner, uint32_t index, uint8_t v1, uint8_t v2,
+                                                uint8_t v3, uint8_t v4, uint8_t v5, uint8_t v6, uint8_t v7,
+                                                uint8_t v8, uint8_t v9);
+
+/**
+ * Sends the true-colour table: the 263-byte command 0x34, value, then the 29
+ * nine-byte entries.
+ * @param scanner scanner number, 1 to 20
+ * @param value   byte sent after the opcode
+ */
+KALVOR_API void KALVOR_CALL displayupdatetruecolor(uint32_t scanner, uint8_t value);
+
+/**
+ * Sends the 49-byte colour-scale command 0x18 with the six values as doubles,
+ * each limited to 0.0..1.0 (a value that is not a number passes unchanged).
+ * @param scanner scanner number, 1 to 20
+ * @param s1,s2,s3,s4,s5,s6 scale values
+ */
+KALVOR_API void KALVOR_CALL displaycscale(uint32_t scanner, double s1, double s2, double s3, double s4,
+                                          double s5, double s6);
+
+/** @} */
+
+/**
+ * @defgroup dmx DMX channels
+ * Levels of a 512-channel DMX universe, sent and read at once through the
+ * scanner's two channel maps (the identity after DisplayInit). A host channel
+ * keeps its low 16 bits; 0 stands for channel 1 and anything above 512 for
+ * channel 512.
+ * @{
+ */
+
+/**
+ * Sends 0x2D, the output map's entry for the channel (u16), level.
+ * @param scanner scanner number, 1 to 20
+ * @param channel host channel, 1 to 512
+ * @param level   DMX level
+ */
+KALVOR_API void KALVOR_CALL displaysetdmx(uint32_t scanner, uint32_t channel, uint8_t level);
+
+/**
+ * Sends 0x2E and the input map's entry for the channel (u16), with a one-byte
+ * answer area.
+ * @param scanner scanner number, 1 to 20
+ * @param channel host channel, 1 to 512
+ * @return the channel's input level; 0 when nothing answers
+ */
+KALVOR_API uint8_t KALVOR_CALL displaygetdmx(uint32_t scanner, uint32_t channel);
+
+/**
+ * Sends the single byte 0x30.
+ * @param scanner scanner number, 1 to 20
+ */
+KALVOR_API void KALVOR_CALL displayupdatedmx(uint32_t scanner);
+
+/**
+ * Sends 0x31, enable, then stores enable (also when nothing was sent).
+ * @param scanner scanner number, 1 to 20
+ * @param enable  DMX input switch
+ */
+KALVOR_API void KALVOR_CALL displayenabledmxin(uint32_t scanner, uint8_t enable);
+
+/**
+ * @param scanner scanner number, 1 to 20
+ * @return the value last passed to displayenabledmxin (0 after DisplayInit)
+ */
+KALVOR_API uint8_t KALVOR_CALL displaygetenabledmxin(uint32_t scanner);
+
+/**
+ * Replaces both channel maps: element k - 1 of a table is the wire channel
+ * for host channel k. A null table leaves its map unchanged.
+ * @param scanner  scanner number, 1 to 20
+ * @param inTable  512 wire channels for displaygetdmx
+ * @param outTable 512 wire channels for displaysetdmx
+ */
+KALVOR_API void KALVOR_CALL displaymapdmx(uint32_t scanner, const uint16_t* inTable, const uint16_t* outTable);
+
+/** @} */
+
+/**
+ * @defgroup geonet Geometry net
+ * A 9 × 9 grid of points (x, y, z as doubles in the 0..65535 coordinate
+ * range) that corrects the projector's geometry; all zero until
+ * displayinitgeonet.
+ * @{
+ */
+
+/**
+ * Writes the even grid: point (a, b) = (a × 8191.875, b × 8191.875, 0).
+ * @param scanner scanner number, 1 to 20
+ */
+KALVOR_API void KALVOR_CALL displayinitgeonet(uint32_t scanner);
+
+/**
+ * Sets point (a, b) to (x, y, z) × 65535.0, unlimited. Indices above 8 do
+ * nothing. Sends nothing.
+ * @param scanner scanner number, 1 to 20
+ * @param a       first index (along x), 0 to 8
+ * @param b       second index (along y), 0 to 8
+ * @param x,y,z   coordinates as fractions of the field
+ */
+KALVOR_API void KALVOR_CALL displaysetgeonet(uint32_t scanner, uint32_t a, uint32_t b, double x, double y,
+                                             double z);
+
+/**
+ * Sends the grid: the 1,946-byte command 0x29, value, then the 81 points
+ * (row a after row a - 1, b = 0..8 within a row) as three doubles each.
+ * @param scanner scanner number, 1 to 20
+ * @param value   byte sent after the opcode
+ */
+KALVOR_API void KALVOR_CALL displayupdategeonet(uint32_t scanner, uint8_t value);
+
+/**
+ * Sends the 11-byte command 0x27 and the five values (u16). Stores nothing.
+ * @param scanner scanner number, 1 to 20
+ * @param w1,w2,w3,w4,w5 the values, interpreted by the projector
+ */
+KALVOR_API void KALVOR_CALL displayworldgeonet(uint32_t scanner, uint16_t w1, uint16_t w2, uint16_t w3,
+                                               uint16_t w4, uint16_t w5);
+
+/** @} */
+
 /* @@anchor:colour@@ */
 
 /* ---- Pictures and picture files (src/pictures) ---- */
