@@ -1,7 +1,8 @@
 # The API reference. Doxygen builds it from the public header and fails on any
 # warning (an undocumented export or parameter is one). Then every name in the
-# export list must have an entry in one of the reference's groups, and every
-# function in the reference must be exported.
+# export list must have an entry in one of the reference's groups, every
+# function in the reference must be exported, and the groups must form the
+# tree of subsystems and families.
 # Set KALVOR_SKIP_DOCS=1 to skip the stage.
 set -euo pipefail
 if [ "${KALVOR_SKIP_DOCS:-0}" = 1 ]; then
@@ -36,5 +37,22 @@ if [ -n "$extra" ]; then
   echo "functions in the reference that are not in exports/kalvor.exports:"
   echo "$extra" | sed 's/^/  /'
 fi
-[ -z "$missing$extra" ] || exit 1
+
+# The groups form a tree: the four subsystems at the top (docs/header.dox),
+# each family inside one of them, and no group left empty (a family renamed
+# in the header but not in docs/header.dox would leave one).
+xml="$build/docs/reference/xml"
+inner=$(grep -ho 'innergroup refid="[^"]*"' "$xml"/group__*.xml | sed 's/.*refid="//; s/"$//' | sort -u)
+top=$(comm -23 <(cd "$xml" && ls group__*.xml | sed 's/\.xml$//' | sort) <(echo "$inner") |
+  grep -v '^group__subsystem__' || true)
+if [ -n "$top" ]; then
+  echo "groups outside the four subsystems (place them in docs/header.dox):"
+  echo "$top" | sed 's/^group__/  /; s/__/_/g'
+fi
+empty=$(grep -L 'kind="function"\|<innergroup' "$xml"/group__*.xml | xargs -r -n1 basename | sed 's/\.xml$//')
+if [ -n "$empty" ]; then
+  echo "empty groups:"
+  echo "$empty" | sed 's/^group__/  /; s/__/_/g'
+fi
+[ -z "$missing$extra$top$empty" ] || exit 1
 echo "$(echo "$exported" | wc -l) exports have a reference entry: $build/docs/reference/html/index.html"
