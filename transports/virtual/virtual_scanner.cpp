@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <limits>
 #include <map>
 #include <mutex>
 #include <string>
@@ -207,35 +208,30 @@ void build_frame(Scanner& s, const Command& c) {
   }
 }
 
-int16_t to_i16(int32_t v) { return static_cast<int16_t>(std::clamp<int32_t>(v, INT16_MIN, INT16_MAX)); }
-
-// PreviewBuffer answer: count, frame time, 11-byte points with 16-bit x and y.
-void answer_preview(Scanner& s, const Command&, Reply& r) {
+// The preview answers: point count, frame time, then per point x and y,
+// six channels and the status. The PreviewBuffer has 16-bit coordinates (held
+// at the ends of the range), the full and Vistrel buffers 32-bit ones.
+template <typename Coordinate>
+void answer_points(Scanner& s, const Command&, Reply& r) {
+  constexpr uint32_t width = sizeof(Coordinate);
+  static_assert(2 * width + 7 == (width == 2 ? preview::pointSize : preview::fullPointSize));
+  auto coordinate = [](int32_t v) {
+    return static_cast<Coordinate>(
+        std::clamp<int32_t>(v, std::numeric_limits<Coordinate>::min(), std::numeric_limits<Coordinate>::max()));
+  };
   r.put<uint16_t>(preview::pointCount.offset, static_cast<uint16_t>(s.frame.size()));
   r.put<uint32_t>(preview::waitValue.offset, s.frame_time());
   uint32_t at = preview::pointsOffset;
   for (const FramePoint& p : s.frame) {
-    r.put<int16_t>(at, to_i16(p.x));
-    r.put<int16_t>(at + 2, to_i16(p.y));
-    r.copy(at + 4, p.channels, 6);
-    r.put<uint8_t>(at + 10, p.status);
-    at += preview::pointSize;
+    r.put<Coordinate>(at, coordinate(p.x));
+    r.put<Coordinate>(at + width, coordinate(p.y));
+    r.copy(at + 2 * width, p.channels, 6);
+    r.put<uint8_t>(at + 2 * width + 6, p.status);
+    at += 2 * width + 7;
   }
 }
-
-// FullPreviewBuffer and VistrelBuffer answer: 15-byte points, 32-bit x and y.
-void answer_full_preview(Scanner& s, const Command&, Reply& r) {
-  r.put<uint16_t>(preview::pointCount.offset, static_cast<uint16_t>(s.frame.size()));
-  r.put<uint32_t>(preview::waitValue.offset, s.frame_time());
-  uint32_t at = preview::pointsOffset;
-  for (const FramePoint& p : s.frame) {
-    r.put<int32_t>(at, p.x);
-    r.put<int32_t>(at + 4, p.y);
-    r.copy(at + 8, p.channels, 6);
-    r.put<uint8_t>(at + 14, p.status);
-    at += preview::fullPointSize;
-  }
-}
+constexpr auto answer_preview = answer_points<int16_t>;
+constexpr auto answer_full_preview = answer_points<int32_t>;
 
 void upload_tracks(Scanner& s, const Command& c, Reply& r) {
   build_frame(s, c);

@@ -1,0 +1,40 @@
+// Pictures as lists of points, uploaded and read back through kalvor's
+// exports on scanner s.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "kalvor/kalvor.h"
+
+namespace kt {
+
+struct Point {
+  int16_t x, y, z;
+  uint8_t status, repeat, r, g, b;
+  bool operator==(const Point&) const = default;
+};
+
+// Writes the points into the upload area and sends them as a picture.
+inline void upload(uint32_t s, uint16_t number, const std::vector<Point>& points) {
+  for (size_t i = 0; i < points.size(); ++i) {
+    const Point& p = points[i];
+    DisplaySetPicPoint(s, static_cast<uint16_t>(i), static_cast<uint16_t>(p.x), static_cast<uint16_t>(p.y),
+                       static_cast<uint16_t>(p.z), p.status, p.repeat, p.r, p.g, p.b);
+  }
+  displaysetpic(s, number, static_cast<uint16_t>(points.size()));
+}
+
+// Reads a picture back with the picture query.
+inline std::vector<Point> read_back(uint32_t s, uint16_t number) {
+  std::vector<Point> out(displaygetpic(s, number));
+  for (size_t i = 0; i < out.size(); ++i) {
+    Point& p = out[i];
+    uint16_t x, y, z;
+    DisplayGetPicPoint(s, static_cast<uint16_t>(i), &x, &y, &z, &p.status, &p.repeat, &p.r, &p.g, &p.b);
+    p.x = static_cast<int16_t>(x), p.y = static_cast<int16_t>(y), p.z = static_cast<int16_t>(z);
+  }
+  return out;
+}
+
+}  // namespace kt

@@ -1,0 +1,117 @@
+// Pictures through every file format and back, with the virtual scanner's
+// picture memory in between: ILDA -> catalogue -> show -> picture file -> ILDA.
+#include <vector>
+
+#include "points.h"
+#include "support/harness.h"
+#include "transports/virtual/virtual_scanner.h"
+
+using namespace kt;
+
+namespace {
+
+void put16(Bytes& b, int v) {
+  b.push_back(static_cast<uint8_t>(v >> 8));
+  b.push_back(static_cast<uint8_t>(v));
+}
+
+// One ILDA section: head, name, company, count, frame number, total, projector.
+void section(Bytes& b, uint8_t format, int count) {
+  b.insert(b.end(), {'I', 'L', 'D', 'A', 0, 0, 0, format});
+  b.insert(b.end(), 16, ' ');
+  put16(b, count);
+  put16(b, 0);
+  put16(b, 1);
+  b.insert(b.end(), {0, 0});
+}
+
+// A format-4 point (3-D true colour).
+void point4(Bytes& b, int x, int y, int z, uint8_t status, uint8_t red, uint8_t green, uint8_t blue) {
+  put16(b, x), put16(b, y), put16(b, z);
+  b.insert(b.end(), {status, blue, green, red});
+}
+
+}  // namespace
+
+class RoundTrip : public KalvorTest {
+ protected:
+  void SetUp() override {
+    KalvorTest::SetUp();
+    virtual_scanner_reset();
+  }
+};
+
+TEST_F(RoundTrip, IldaThroughCatalogueShowAndPictureFileKeepsWhatEachFormatHolds) {
+  Bytes ilda;
+  section(ilda, 4, 5);
+  point4(ilda, -30000, 30000, 100, 0x40, 10, 20, 30);  // blanked move, with a colour
+  point4(ilda, 30000, 30000, -100, 0x00, 255, 0, 0);   // drawn red
+  point4(ilda, 30000, -30000, 0, 0x00, 0, 0, 0);       // drawn black
+  point4(ilda, -32768, -32768, 32767, 0x00, 1, 2, 3);  // the extreme corner
+  point4(ilda, 0, 0, 0, 0x80, 9, 8, 7);                // the last-point bit is ignored
+  section(ilda, 0, 0);
+  std::string path = temp_path("in.ild");
+  write_file(path, ilda);
+  displayimportilda(1, path.c_str(), 0);
+  const std::vector<Point> imported = read_back(1, 1);
+  ASSERT_EQ(imported.size(), 5u);
+  // y is mirrored on import (ILDA's y grows upwards); colours as given.
+  EXPECT_EQ(imported[0], (Point{-30000, -30001, 100, 0xC0, 0, 10, 20, 30}));
+  EXPECT_EQ(imported[3], (Point{-32768, 32767, 32767, 0x80, 0, 1, 2, 3}));
+
+  // Give one point a repeat count, which only the scanner's formats hold.
+  std::vector<Point> stored = imported;
+  stored[1].repeat = 2;
+  upload(1, 1, stored);
+
+  // Catalogue, show and picture file hold the points byte for byte.
+  std::string cat = temp_path("a.cat"), lds = temp_path("a.lds"), pic = temp_path("a.pic");
+  saveCAT(1, cat.c_str());
+  loadCAT(1, cat.c_str());
+  EXPECT_EQ(read_back(1, 1), stored);
+  saveLDS(1, lds.c_str());
+  loadLDS(1, lds.c_str());
+  EXPECT_EQ(read_back(1, 1), stored);
+  displaysavepic(1, pic.c_str(), 1);
+  clearpicmem(1);
+  displayloadpic(1, pic.c_str(), 1);
+  EXPECT_EQ(read_back(1, 1), stored);
+
+  // ILDA output (2-D true colour) keeps x, y, blanking and the colour of drawn
+  // points. Lost: z, a blanked point's colour (written black), the repeat count
+  // (the point is written 1 + repeat times), and a drawn black point reads back
+  // as blanked.
+  std::string out = temp_path("out.ild");
+  displayexportilda(1, out.c_str(), 1, 1);
+  clearpicmem(1);
+  displayimportilda(1, out.c_str(), 1);
+  std::vector<Point> expected;
+  for (const Point& p : stored) {
+    bool blanked = (p.status & 0x40) || (p.r == 0 && p.g == 0 && p.b == 0);
+    Point q = blanked ? Point{p.x, p.y, 0, 0xC0, 0, 0, 0, 0} : Point{p.x, p.y, 0, 0x80, 0, p.r, p.g, p.b};
+    expected.insert(expected.end(), 1u + p.repeat, q);
+  }
+  EXPECT_EQ(read_back(1, 1), expected);
+  EXPECT_EQ(GetMaxPic(1), 2);  // the closing header is an empty picture 2: no picture
+}
+
+TEST_F(RoundTrip, IndexedColoursSurviveTheScannersFormatsButNotIldaOutput) {
+  // Format 1 (2-D indexed): colour index 70 is stored as 6, with white.
+  Bytes ilda;
+  section(ilda, 1, 2);
+  put16(ilda, 100), put16(ilda, 100), ilda.insert(ilda.end(), {0x40, 3});
+  put16(ilda, 200), put16(ilda, 100), ilda.insert(ilda.end(), {0x00, 70});
+  std::string path = temp_path("indexed.ild"), cat = temp_path("indexed.cat"), out = temp_path("out.ild");
+  write_file(path, ilda);
+  displayimportilda(1, path.c_str(), 1);
+  const std::vector<Point> imported = read_back(1, 1);
+  ASSERT_EQ(imported.size(), 2u);
+  EXPECT_EQ(imported[1], (Point{200, -101, 0, 0x86, 0, 255, 255, 255}));
+  saveCAT(1, cat.c_str());
+  loadCAT(1, cat.c_str());
+  EXPECT_EQ(read_back(1, 1), imported);
+  // ILDA output holds no index: the point comes back white with index 0.
+  displayexportilda(1, out.c_str(), 1, 1);
+  displayimportilda(1, out.c_str(), 1);
+  EXPECT_EQ(read_back(1, 1)[1], (Point{200, -101, 0, 0x80, 0, 255, 255, 255}));
+}

@@ -1,0 +1,59 @@
+// The one file of the tool that talks to the operating system's loader.
+#include "transport.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <vector>
+
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#endif
+
+namespace cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path executable_folder() {
+#if defined(_WIN32)
+  char path[MAX_PATH] = {};
+  GetModuleFileNameA(nullptr, path, MAX_PATH);
+  return fs::path(path).parent_path();
+#else
+  std::error_code ignored;
+  return fs::read_symlink("/proc/self/exe", ignored).parent_path();
+#endif
+}
+
+// True when the library at path loads and is the virtual scanner. The module
+// stays loaded for the life of the process.
+bool load(const fs::path& path) {
+#if defined(_WIN32)
+  HMODULE module = LoadLibraryA(path.string().c_str());
+  return module && GetProcAddress(module, "virtual_scanner_reset");
+#else
+  void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  return module && dlsym(module, "virtual_scanner_reset");
+#endif
+}
+
+}  // namespace
+
+bool load_virtual_scanner(std::string& tried) {
+  std::vector<fs::path> candidates;
+  if (const char* chosen = std::getenv("KALVOR_VIRTUAL_SCANNER")) {
+    candidates.emplace_back(chosen);
+  } else {
+    fs::path here = executable_folder();
+    candidates = {here / KALVOR_VIRTUAL_FROM_BUILD, here / KALVOR_VIRTUAL_FROM_INSTALL};
+  }
+  for (const fs::path& path : candidates) {
+    if (fs::exists(path) && load(path)) return true;
+    tried += (tried.empty() ? "" : ", ") + path.lexically_normal().string();
+  }
+  return false;
+}
+
+}  // namespace cli
