@@ -168,22 +168,35 @@ void floor_read(benchmark::State& state, const std::string& path, uint64_t items
   state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * items));
 }
 
-void floor_read_per_record(benchmark::State& state, const std::string& path, uint32_t record_size) {
-  uint8_t record[64];
+// One unbuffered call per record over at most the first 8 MB of the file
+// that `open` opens; `transfer` moves one record and says whether it could.
+template <typename Open, typename Transfer>
+void per_record(benchmark::State& state, uint32_t record_size, Open open, Transfer transfer) {
+  uint8_t record[64] = {};
+  if (record_size == 0 || record_size > sizeof record) {
+    state.SkipWithError("record size out of range");
+    return;
+  }
   uint64_t records = 0;
   for (auto _ : state) {
-    int fd = open_for_reading(path.c_str());
+    int fd = open();
     if (fd < 0) {
-      state.SkipWithError("cannot open the data file");
+      state.SkipWithError("cannot open the file");
       return;
     }
     for (uint64_t done = 0; done + record_size <= kPerRecordLimit; done += record_size) {
-      if (read_some(fd, record, record_size) != static_cast<long>(record_size)) break;
+      if (!transfer(fd, record)) break;
       ++records;
     }
     close_file(fd);
   }
   state.SetItemsProcessed(static_cast<int64_t>(records));
+}
+
+void floor_read_per_record(benchmark::State& state, const std::string& path, uint32_t record_size) {
+  per_record(
+      state, record_size, [&] { return open_for_reading(path.c_str()); },
+      [&](int fd, uint8_t* record) { return read_some(fd, record, record_size) == static_cast<long>(record_size); });
 }
 
 void floor_write(benchmark::State& state, uint64_t bytes, uint64_t items) {
@@ -206,22 +219,10 @@ void floor_write(benchmark::State& state, uint64_t bytes, uint64_t items) {
 }
 
 void floor_write_per_record(benchmark::State& state, uint32_t record_size) {
-  uint8_t record[64] = {};
   std::string path = temp_file("floor-write-records.bin");
-  uint64_t records = 0;
-  for (auto _ : state) {
-    int fd = create_for_writing(path.c_str());
-    if (fd < 0) {
-      state.SkipWithError("cannot create a file");
-      return;
-    }
-    for (uint64_t done = 0; done + record_size <= kPerRecordLimit; done += record_size) {
-      write_some(fd, record, record_size);
-      ++records;
-    }
-    close_file(fd);
-  }
-  state.SetItemsProcessed(static_cast<int64_t>(records));
+  per_record(
+      state, record_size, [&] { return create_for_writing(path.c_str()); },
+      [&](int fd, uint8_t* record) { return write_some(fd, record, record_size) == static_cast<long>(record_size); });
 }
 
 // ---- the comparison table ----------------------------------------------------

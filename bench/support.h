@@ -82,9 +82,11 @@ enum class Goal {
 void compare(const char* label, const std::string& name, const std::string& floor, Goal goal,
              double target = 0);
 
-// Console reporter that also prints the comparison table at the end.
+// Console reporter (plain text, counters in columns) that also prints the
+// comparison table at the end.
 class RatioReporter : public benchmark::ConsoleReporter {
  public:
+  RatioReporter() : ConsoleReporter(OO_Tabular) {}
   void ReportRuns(const std::vector<Run>& runs) override;
   void Finalize() override;
   // True when any benchmark failed (its check or its setup).

@@ -13,4 +13,4 @@ build="$KALVOR_ROOT/build"
 cmake -S "$KALVOR_ROOT" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build "$build" -j "${KALVOR_JOBS:-2}" --target bench
 KALVOR_BENCH_MB=1 LD_LIBRARY_PATH="$build/transports/null" \
-  "$build/bench/kalvor_bench" --benchmark_min_time=0 --benchmark_counters_tabular=true
+  "$build/bench/kalvor_bench" --benchmark_min_time=0
