@@ -7,7 +7,7 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build="$root/build"
 out="$root/out"
-file=${1:-"$root/../shared/fixtures/ilda/ildatest.ild"}
+file=${1:-"$(cd "$root/.." && pwd)/shared/fixtures/ilda/ildatest.ild"}
 kalvor="$build/tools/kalvor"
 
 if [ ! -x "$kalvor" ]; then
