@@ -80,6 +80,7 @@ TEST_F(VirtualScanner, PreviewsShowTheActiveTracksDirectPointsOrNothing) {
   displaypointrate(1, 1);                     // 1000 points per second
   // 3 points, the second output 3 times: 5 points, 5 ms.
   EXPECT_EQ(displayupdate(1), 5u);
+  EXPECT_EQ(displayvisualupdate(1), 5u);
   EXPECT_EQ(GetInterpolatedPointCnt(1), 5);
 
   uint16_t count = 0, x = 0, y = 0;
