@@ -1,7 +1,9 @@
 # The Debian package: builds it with CPack, checks it with lintian (no errors
 # allowed), unpacks it into a scratch folder and builds two small hosts (C and
 # C++) against the unpacked files, once through the CMake package and once
-# through pkg-config, then runs them against the recording transport.
+# through pkg-config, then runs them against the recording transport. The
+# README's example and the installed tool run against the installed virtual
+# scanner.
 # Set KALVOR_SKIP_PACKAGE=1 to skip the stage.
 set -euo pipefail
 if [ "${KALVOR_SKIP_PACKAGE:-0}" = 1 ]; then
@@ -42,6 +44,11 @@ dpkg -x "$deb" "$scratch/root"
 prefix="$scratch/root/usr"
 libdir="$prefix/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)"
 export LD_LIBRARY_PATH="$libdir"
+for f in "$libdir/libkalvor.so.1" "$libdir/libkalvor.so" "$prefix/include/kalvor/kalvor.h" \
+  "$libdir/cmake/kalvor/kalvorConfig.cmake" "$libdir/pkgconfig/kalvor.pc" \
+  "$libdir/kalvor/transports/virtual/LASER.DLL" "$prefix/bin/kalvor"; do
+  [ -e "$f" ] || { echo "the package lacks ${f#"$scratch/root"}"; exit 1; }
+done
 # Every program and library in the package finds the libraries it needs.
 find "$scratch/root" -type f | while read -r f; do
   case "$(file -b "$f")" in
@@ -49,7 +56,6 @@ find "$scratch/root" -type f | while read -r f; do
   esac
 done
 for transport in "$libdir"/kalvor/transports/*/LASER.DLL; do
-  [ -e "$transport" ] || continue
   entries=$(nm -D --defined-only "$transport")
   for entry in NetScanConstructor NetScanDestructor NetScanCommand NetScanPrint; do
     grep -qw "$entry" <<<"$entries" || { echo "$transport lacks $entry"; exit 1; }
@@ -83,16 +89,21 @@ c++ -std=c++17 -Wall -Wextra -Werror -o "$scratch/pc/cxx_host" "$scratch/src/hos
 run_host "$scratch/pc/c_host"
 run_host "$scratch/pc/cxx_host"
 
-if [ -x "$prefix/bin/kalvor" ]; then
-  echo "-- the installed tool reads a picture through the installed virtual scanner"
-  # A two-point true-colour ILDA frame, then the closing header.
-  {
-    printf 'ILDA\0\0\0\x05frame001kalvor  \0\x02\0\0\0\x01\0\0'
-    printf '\xfc\x18\xfc\x18\0\0\0\xff\x03\xe8\x03\xe8\x80\xff\0\0'
-    printf 'ILDA\0\0\0\x05frame002kalvor  \0\0\0\x01\0\x01\0\0'
-  } >"$scratch/two-points.ild"
-  "$prefix/bin/kalvor" info "$scratch/two-points.ild"
-fi
+echo "-- the README's example host, against the installed virtual scanner"
+awk '/^## / { concepts = ($0 == "## Concepts") }
+     concepts && /^```c$/ { code = 1; next } /^```$/ { code = 0 } code' "$root/README.md" >"$scratch/readme.c"
+# shellcheck disable=SC2086
+cc -std=c11 -Wall -Wextra -Werror -o "$scratch/pc/readme" "$scratch/readme.c" $flags
+LD_LIBRARY_PATH="$libdir:$libdir/kalvor/transports/virtual" "$scratch/pc/readme"
+
+echo "-- the installed tool reads a picture through the installed virtual scanner"
+# A two-point true-colour ILDA frame, then the closing header.
+{
+  printf 'ILDA\0\0\0\x05frame001kalvor  \0\x02\0\0\0\x01\0\0'
+  printf '\xfc\x18\xfc\x18\0\0\0\xff\x03\xe8\x03\xe8\x80\xff\0\0'
+  printf 'ILDA\0\0\0\x05frame002kalvor  \0\0\0\x01\0\x01\0\0'
+} >"$scratch/two-points.ild"
+"$prefix/bin/kalvor" info "$scratch/two-points.ild"
 
 echo "-- cmake --install --prefix writes its own prefix into the pkg-config file"
 cmake --install "$build" --prefix "$scratch/prefix" >/dev/null
