@@ -81,7 +81,7 @@ TEST_F(Profile, IniRulesOnAnAwkwardFile) {
   use_profile(
       "; leading comment\r\n"
       "[1]\r\nMasterName=only master\r\nSignal=7\r\n"
-      "\r\n  [ 3 ]  \r\n"
+      "\r\n  [3]  \r\n"
       "  masterNAME   =   \"Quoted Name\"   \r\n"
       "SLAVENAME='LAS 2'\r\n"
       "; SlaveName=commented out\r\n"
