@@ -71,18 +71,18 @@ case $what in
     if grep -q '@' <<<"$from_kalvor"; then echo "decorated import names"; exit 1; fi
     ;;
   cdecl)
+    names=$(list_names "$4")
     symbols=$("$tool" "$file" | awk '$2 ~ /^[TtWw]$/ {print $3}')
-    missing=() stdcall=()
-    while read -r name; do
-      grep -qx "_$name" <<<"$symbols" || missing+=("$name")
-      if grep -q -E "^_$name@[0-9]+$" <<<"$symbols"; then stdcall+=("$name"); fi
-    done < <(list_names "$4")
-    if [ ${#missing[@]} -gt 0 ] || [ ${#stdcall[@]} -gt 0 ]; then
-      echo "not caller-cleans: ${stdcall[*]:-}"
-      echo "no plain _name symbol: ${missing[*]:-}"
+    plain=$(sed -n 's/^_\([A-Za-z0-9_]*\)$/\1/p' <<<"$symbols" | sort -u)
+    stdcall=$(sed -n 's/^_\([A-Za-z0-9_]*\)@[0-9]*$/\1/p' <<<"$symbols" | sort -u)
+    missing=$(comm -23 <(echo "$names") <(echo "$plain"))
+    callee_cleans=$(comm -12 <(echo "$names") <(echo "$stdcall"))
+    if [ -n "$missing$callee_cleans" ]; then
+      echo "callee-cleans (stdcall) exports:" $callee_cleans
+      echo "exports without a plain _name function:" $missing
       exit 1
     fi
-    echo "$(list_names "$4" | wc -l) exports are caller-cleans functions"
+    echo "$(echo "$names" | wc -l) exports are caller-cleans functions"
     ;;
   *) echo "unknown check $what" >&2; exit 2 ;;
 esac

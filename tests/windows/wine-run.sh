@@ -26,4 +26,7 @@ if [ ! -f "$prefix/.kalvor-ready" ]; then
     fi
   ) 9>"$prefix.lock"
 fi
+# A wine server lingers 30 seconds after its last program ends, so that a test
+# run does not start the server and the Windows session once per program.
+"${loader%/*}/wineserver" -p30 2>/dev/null || true
 exec "$loader" "$@"
