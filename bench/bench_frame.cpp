@@ -46,10 +46,10 @@ BENCHMARK_CAPTURE(update, 32_tracks_8_slots, 32, 8);
 void update_floor(benchmark::State& state, uint32_t length) {
   if (!kb::start(state)) return;
   kb::CommandFn command = kb::null_transport().command;
-  static uint8_t tracks[upload_bytes(32, 8)];
+  alignas(64) static uint8_t tracks[upload_bytes(32, 8)];
   static uint8_t reply[6];
   for (auto _ : state) {
-    uint8_t upload[upload_bytes(32, 8)];
+    alignas(64) uint8_t upload[upload_bytes(32, 8)];
     std::memcpy(upload, tracks, length);
     benchmark::DoNotOptimize(command(kScanner, upload, length, reply));
   }
