@@ -1,0 +1,128 @@
+// Saves that fail part way. Every writer builds its file beside the target
+// and puts it in place only when all of it was written, so a full disk or a
+// folder that vanishes before the rename leaves an earlier file as it was and
+// no half-written file behind. The faults come from the platform layer's test
+// hooks: KALVOR_FAULT_WRITE_LIMIT (a file full at N bytes) and
+// KALVOR_FAULT_RENAME (the final rename fails).
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "support/harness.h"
+
+using namespace kt;
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Writer {
+  const char* name;
+  const char* file;                   // file name, extension included
+  void (*save)(const char* path);
+  int sends_before_create;            // commands sent even when the file cannot be created
+};
+
+const Writer kWriters[] = {
+    {"displaysavepal", "colours.pal", [](const char* p) { displaysavepal(1, 2, p); }, 0},
+    {"displaysavepic", "one.pic", [](const char* p) { displaysavepic(1, p, 1); }, 1},
+    {"displayexportilda", "two.ild", [](const char* p) { displayexportilda(1, p, 1, 2); }, 0},
+    {"saveCAT", "all.cat", [](const char* p) { saveCAT(1, p); }, 0},
+    {"savecat", "all.cat", [](const char* p) { savecat(1, p); }, 0},
+    {"saveLDS", "all.lds", [](const char* p) { saveLDS(1, p); }, 0},
+};
+
+// Sets an environment variable for the life of the object.
+struct Fault {
+  Fault(const char* name, const std::string& value) : name(name) { set_env(name, value.c_str()); }
+  ~Fault() { set_env(name, nullptr); }
+  const char* name;
+};
+
+class SafeSave : public KalvorTest {
+ protected:
+  void SetUp() override {
+    KalvorTest::SetUp();
+    // A scanner with pictures 0 to 2 of 40 points each, and colours.
+    rec.emulate_pictures(true);
+    for (uint16_t p = 0; p < 3; ++p) {
+      for (uint32_t i = 0; i < 40; ++i) displaysetpoint(1, i, i * 100 + p, i, 0, i % 64, i % 2, p, 2, 3);
+      displaysetpic(1, p, 40);
+    }
+    displayinitcolorbuffer(1, 2, 0x5A);
+    folder = temp_path("saves");
+    fs::remove_all(folder);
+    fs::create_directories(folder);
+  }
+  void TearDown() override {
+    fs::remove_all(folder);
+    KalvorTest::TearDown();
+  }
+
+  // The names in the folder: a failed save must leave nothing of its own.
+  std::vector<std::string> listing() {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename().string());
+    return names;
+  }
+
+  std::string folder;
+};
+
+}  // namespace
+
+// Each writer, first without a fault (the file it writes is the reference),
+// then with the disk full at every size from nothing to one byte short, then
+// with the rename failing: the earlier file stays and nothing else appears.
+// With exactly the room the file needs, the save succeeds.
+TEST_F(SafeSave, FailedSaveKeepsTheEarlierFileAndLeavesNoTemporaryFile) {
+  const Bytes earlier = {'e', 'a', 'r', 'l', 'i', 'e', 'r'};
+  for (const Writer& w : kWriters) {
+    SCOPED_TRACE(w.name);
+    const std::string path = folder + "/" + w.file;
+    w.save(path.c_str());
+    const Bytes reference = read_file(path);
+    ASSERT_GT(reference.size(), 16u);
+    fs::remove(path);
+
+    std::vector<size_t> limits = {0, 1, 14, reference.size() / 2, reference.size() - 1};
+    for (size_t limit : limits) {
+      write_file(path, earlier);
+      {
+        Fault full("KALVOR_FAULT_WRITE_LIMIT", std::to_string(limit));
+        w.save(path.c_str());
+      }
+      EXPECT_EQ(read_file(path), earlier) << "disk full at " << limit;
+      EXPECT_EQ(listing(), std::vector<std::string>{w.file}) << "disk full at " << limit;
+    }
+    {
+      Fault vanished("KALVOR_FAULT_RENAME", "1");
+      w.save(path.c_str());
+    }
+    EXPECT_EQ(read_file(path), earlier);
+    EXPECT_EQ(listing(), std::vector<std::string>{w.file});
+    {
+      Fault exact("KALVOR_FAULT_WRITE_LIMIT", std::to_string(reference.size()));
+      w.save(path.c_str());
+    }
+    EXPECT_EQ(read_file(path), reference);
+    EXPECT_EQ(listing(), std::vector<std::string>{w.file});
+    fs::remove(path);
+  }
+}
+
+// A file that cannot be created: nothing is written anywhere, and no writer
+// sends anything except the picture query that displaysavepic sends first.
+TEST_F(SafeSave, FileThatCannotBeCreatedSendsNothing) {
+  for (const Writer& w : kWriters) {
+    SCOPED_TRACE(w.name);
+    rec.clear();
+    rec.emulate_pictures(true);
+    const std::string missing_folder = folder + "/gone/" + w.file;
+    for (const std::string& path : {missing_folder, folder}) {
+      int before = rec.count();
+      w.save(path.c_str());
+      EXPECT_EQ(rec.count() - before, w.sends_before_create) << path;
+    }
+    EXPECT_TRUE(listing().empty());
+  }
+}
