@@ -1,11 +1,12 @@
 # Every file reader under libFuzzer (clang, AddressSanitizer and
 # UndefinedBehaviorSanitizer), each for a bounded time, starting from the seed
-# inputs, the inputs that once failed and the shared ILDA files. An input that
-# makes a fuzzer fail is kept under build-fuzz/artifacts/<reader>/: copy it to
-# fuzz/regressions/<reader>/ once fixed, so that ctest replays it in every build.
-# KALVOR_FUZZ_SECONDS sets the time per fuzzer (default 45; 0 skips the stage).
+# inputs, the corpus of earlier runs (fuzz/corpus), the inputs that once failed
+# and the shared ILDA files. An input that makes a fuzzer fail is kept under
+# build-fuzz/artifacts/<reader>/: copy it to fuzz/regressions/<reader>/ once
+# fixed, so that ctest replays it in every build.
+# KALVOR_FUZZ_SECONDS sets the time per fuzzer (default 30; 0 skips the stage).
 set -euo pipefail
-seconds=${KALVOR_FUZZ_SECONDS:-45}
+seconds=${KALVOR_FUZZ_SECONDS:-30}
 if [ "$seconds" = 0 ]; then
   echo "fuzzing skipped (KALVOR_FUZZ_SECONDS=0)"
   exit 0
@@ -27,7 +28,7 @@ for reader in $readers; do
   corpus="$build/corpus/$reader"
   artifacts="$build/artifacts/$reader/"
   mkdir -p "$corpus" "$artifacts"
-  cp -n "$KALVOR_ROOT/fuzz/seeds/$reader/"* "$corpus/" 2>/dev/null || true
+  cp -n "$KALVOR_ROOT/fuzz/seeds/$reader/"* "$KALVOR_ROOT/fuzz/corpus/$reader/"* "$corpus/" 2>/dev/null || true
   cp -n "$KALVOR_ROOT/fuzz/regressions/$reader/"* "$corpus/" 2>/dev/null || true
   case $reader in ilda*) cp -n "$fixtures/ildatest.ild" "$corpus/" 2>/dev/null || true ;; esac
   log="$build/fuzz-$reader.log"
