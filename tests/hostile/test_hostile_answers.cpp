@@ -6,6 +6,7 @@
 // counts, and the preview readers serve the areas' 16,000 points only.
 // Scanner 20 owns the last record of the table, so under AddressSanitizer a
 // read past its areas runs off the table.
+#include <cstdio>
 #include <string>
 
 #include "support/harness.h"
@@ -114,6 +115,7 @@ TEST_F(HostileAnswers, PictureCountsBeyondTheReplyAreaAreLimited) {
   rec.set_reply(0x2B, {0xFF, 0xFF, 0x00, 0x00});
   saveCAT(kScanner, cat.c_str());
   EXPECT_EQ(read_file(cat).size(), 65535u * (3 + 11));
+  for (const std::string& written : {pic, ild, cat, lds}) std::remove(written.c_str());
 }
 
 TEST_F(HostileAnswers, PreviewCountsBeyondTheAreasReadOnlyTheAreas) {

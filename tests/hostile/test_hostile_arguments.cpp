@@ -33,6 +33,7 @@ constexpr size_t kAllDoubles = 1000;  // "vary every double parameter at once"
 struct Paths {
   std::vector<std::string> all;
   std::string baseline;
+  std::string folder;  // removed at the end
 };
 
 // One call: the export's name and the buffers behind its pointer arguments,
@@ -325,6 +326,7 @@ Paths make_paths() {
   Paths p;
   std::string folder = temp_path("files");
   fs::create_directories(folder);
+  p.folder = folder;
   Bytes content(700);
   for (size_t i = 0; i < content.size(); ++i) content[i] = static_cast<uint8_t>(i * 13 + 1);
   for (const char* ext : {".cat", ".lds", ".ild", ".pal", ".rgb", ".pic", ".las", ".flx", ".CAT", ""}) {
@@ -380,4 +382,5 @@ TEST_F(HostileArguments, EveryExportLeavesEveryOtherRecordAlone) {
     while (first < after.size() && after[first] == before[s][first]) ++first;
     EXPECT_EQ(first, after.size()) << "scanner " << s << " changed; first difference at observed byte " << first;
   }
+  std::filesystem::remove_all(paths.folder);
 }
