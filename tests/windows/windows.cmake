@@ -16,6 +16,12 @@ function(kalvor_windows_test_program target transport_folder)
   endif()
 endfunction()
 
+# The Wine prefix is made while building, not by the first test that runs.
+if(CMAKE_CROSSCOMPILING_EMULATOR)
+  add_custom_target(wine_prefix ALL COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR} --prepare
+    COMMENT "Preparing the Wine prefix" VERBATIM)
+endif()
+
 # ---- export and import tables ----------------------------------------------
 # Run on the build machine with the cross binutils: nothing here needs Wine.
 set(pe_check "${KALVOR_WINDOWS_TESTS}/check_pe.sh")
@@ -35,6 +41,17 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   # 32-bit: every export is caller-cleans (no stdcall "name@n" in the DLL).
   add_test(NAME windows.kalvor_cdecl
     COMMAND ${pe_check} cdecl ${CMAKE_NM} $<TARGET_FILE:kalvor> ${KALVOR_EXPORT_LIST})
+endif()
+
+# ---- the Win32 platform file on its own -------------------------------------
+add_executable(kalvor_tests_platform "${KALVOR_WINDOWS_TESTS}/test_platform_win32.cpp"
+  ${PROJECT_SOURCE_DIR}/src/platform/platform_win32.cpp ${PROJECT_SOURCE_DIR}/src/platform/profile_parser.cpp)
+target_include_directories(kalvor_tests_platform PRIVATE ${PROJECT_SOURCE_DIR}/src)
+target_link_libraries(kalvor_tests_platform PRIVATE GTest::gtest_main)
+target_compile_options(kalvor_tests_platform PRIVATE ${KALVOR_WARNINGS})
+if(CMAKE_CROSSCOMPILING_EMULATOR)
+  gtest_discover_tests(kalvor_tests_platform DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT 120)
 endif()
 
 # ---- a C host: the command bytes it gets ------------------------------------
