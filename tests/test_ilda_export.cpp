@@ -15,13 +15,14 @@ Bytes export_header(uint16_t records, uint16_t frame, uint16_t total) {
 
 TEST_F(KalvorTest, IldaExportWritesFormatFiveFramesExactly) {
   // A blanked point (colour dropped) and a drawn one repeated 3 times.
-  rec.set_reply(0x04, picture_reply({pt(10, 0, 5, 0xC5, 0x10, 200, 100, 50), pt(-2, -32768, 9, 0x85, 0x03, 200, 100, 50)}));
+  rec.set_reply(0x04, picture_reply(concat({pt(10, 0, 5, 0xC5, 0x10, 200, 100, 50),  //
+                                            pt(-2, -32768, 9, 0x85, 0x03, 200, 100, 50)})));
   std::string path = temp_path("out.ild");
   displayexportilda(1, path.c_str(), 7, 7);
   EXPECT_EQ(rec.bytes(), (std::vector<Bytes>{{0x04, 0x07, 0x00}}));
-  Bytes drawn = concat({be16(0xFFFE), be16(0x7FFF), Bytes{0x00, 50, 100, 200}});
-  EXPECT_EQ(read_file(path), concat({export_header(5, 0, 1), be16(10), be16(0xFFFF), Bytes{0x40, 0, 0, 0}, drawn,
-                                     drawn, drawn, drawn, export_header(0, 0, 1)}));
+  EXPECT_EQ(read_file(path), concat({export_header(5, 0, 1), be16(10), be16(0xFFFF), Bytes{0x40, 0, 0, 0},
+                                     times(4, concat({be16(0xFFFE), be16(0x7FFF), Bytes{0x00, 50, 100, 200}})),
+                                     export_header(0, 0, 1)}));
 
   // Two frames: numbered 0 and 1; the closing header repeats 1.
   rec.clear();
@@ -33,19 +34,15 @@ TEST_F(KalvorTest, IldaExportWritesFormatFiveFramesExactly) {
   // first above last: only the closing header, total frames on 16 bits.
   rec.clear();
   displayexportilda(1, path.c_str(), 5, 3);
-  EXPECT_EQ(rec.count(), 0);
   EXPECT_EQ(read_file(path), export_header(0, 0, 65535));
-
-  // A file that cannot be created: nothing is sent.
-  displayexportilda(1, (temp_path("no-such-folder") + "/x.ild").c_str(), 1, 2);
   EXPECT_EQ(rec.count(), 0);
 }
 
 TEST_F(KalvorTest, IldaExportCutsAFrameAtTheLargestRecordCount) {
   // 8192 points of repeat 15 expand to 131,072 records; the frame keeps 65,535.
-  Bytes reply = {0, 0, 0, 0x00, 0x20};
-  for (int i = 0; i < 8192; ++i) reply = concat({reply, pt(static_cast<int16_t>(i), 0, 0, 0x80, 0x0F, 1, 1, 1)});
-  rec.set_reply(0x04, reply);
+  Bytes points;
+  for (int i = 0; i < 8192; ++i) points = concat({points, pt(static_cast<int16_t>(i), 0, 0, 0x80, 0x0F, 1, 1, 1)});
+  rec.set_reply(0x04, picture_reply(points));
   std::string path = temp_path("big.ild");
   displayexportilda(1, path.c_str(), 1, 1);
   Bytes file = read_file(path);
@@ -56,21 +53,18 @@ TEST_F(KalvorTest, IldaExportCutsAFrameAtTheLargestRecordCount) {
 
 TEST_F(KalvorTest, IldaExportThenImportGivesThePointsBack) {
   rec.emulate_pictures(true);
-  displaysetpicstruct(1, 0, 100, 0xFF00, 7, 5, 0, 1, 2, 0, 1, 2, 3);  // drawn, repeat 2
-  displaysetpicstruct(1, 1, 200, 300, 0, 0, 0, 1, 0, 0, 0, 0, 0);     // drawn black
+  displaysetpicstruct(1, 0, 100, 0xFF00, 7, 5, 0, 1, 2, 0, 1, 2, 3);     // drawn, repeat 2
+  displaysetpicstruct(1, 1, 200, 300, 0, 0, 0, 1, 0, 0, 0, 0, 0);        // drawn black
   displaysetpicstruct(1, 2, 0x8000, 0x7FFF, 0, 0, 1, 1, 0, 0, 9, 9, 9);  // blanked
   displaysetpic(1, 1, 3);
   displaysetpic(1, 2, 1);
   std::string path = temp_path("round.ild");
   displayexportilda(1, path.c_str(), 1, 2);
   clearpicmem(1);
-  rec.clear();
-  displayimportilda(1, path.c_str(), 0);
-  auto pics = sent_pictures(rec);
+  auto pics = sent_by([&] { displayimportilda(1, path.c_str(), 0); });
   ASSERT_EQ(pics.size(), 3u);
-  Bytes first = pt(100, -256, 0, 0x80, 0, 1, 2, 3);
-  EXPECT_EQ(pics[0].points, concat({first, first, first, pt(200, 300, 0, 0xC0, 0, 0, 0, 0),
-                                    pt(-32768, 32767, 0, 0xC0, 0, 0, 0, 0)}));
-  EXPECT_EQ(pics[1].points, concat({first, first, first}));
+  Bytes first = times(3, pt(100, -256, 0, 0x80, 0, 1, 2, 3));
+  EXPECT_EQ(pics[0].points, concat({first, pt(200, 300, 0, 0xC0, 0, 0, 0, 0), pt(-32768, 32767, 0, 0xC0, 0, 0, 0, 0)}));
+  EXPECT_EQ(pics[1].points, first);
   EXPECT_EQ(pics[2].count, 0);  // the closing header
 }

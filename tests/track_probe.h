@@ -1,65 +1,65 @@
-// Observing track exports where the scanner sees them: in the bytes of the
-// next track upload. A row runs one export on freshly initialised tracks and
-// names the bytes it must change; every other byte must stay as it was.
+// Track exports observed where the scanner sees them, in the next track
+// upload. A row runs one export on freshly initialised tracks 0..2 of scanner
+// S (track 2 active) and names the bytes it changes; all others must stay.
 #pragma once
 
-#include <algorithm>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "support/harness.h"
 
 namespace kt {
 
-inline constexpr uint32_t kProbeScanner = 1;
-inline constexpr int kProbeTracks = 3;  // tracks 0..2; track 2 is made active
+inline constexpr uint32_t S = 1, T2 = 0b100, T02 = 0b101;
 
-// Tracks 0..count-1 of the probe scanner as the next upload sends them.
-inline std::vector<Bytes> uploaded_tracks(int count = kProbeTracks) {
+// Tracks 0..count-1 of scanner S as the next upload sends them.
+inline std::vector<Bytes> uploaded_tracks(int count = 3) {
   Recorder& rec = Recorder::get();
   rec.clear();
-  displayupdate(kProbeScanner);
+  displayupdate(S);
   std::vector<Bytes> tracks;
   for (int t = 0; t < count; ++t) tracks.push_back(upload_track(rec.at(0).bytes, t));
   rec.clear();
   return tracks;
 }
 
-struct Change {
-  size_t offset;  // inside the uploaded track
-  Bytes bytes;
-};
+// The little-endian bytes of each value in turn; Bytes are taken as they are.
+inline Bytes raw(const Bytes& v) { return v; }
+template <typename T>
+Bytes raw(T v) { return le_bytes(v); }
+template <typename... T>
+Bytes b(T... v) { return concat({raw(v)...}); }
+inline Bytes u16(uint16_t v) { return le_bytes(v); }
 
 struct Row {
-  const char* name;
-  std::function<void()> call;
-  uint32_t tracks;  // bit t: track t must show the changes
-  std::vector<Change> changes;
+  std::string call;
+  std::function<void()> run;
+  uint32_t tracks;                                // bit t: track t shows the changes
+  std::vector<std::pair<size_t, Bytes>> changes;  // offset in the track, new bytes
 };
+// R(call, tracks, {offset, bytes}...); SET: an immediate setter on track 2;
+// MASK: a masked export on tracks 0 and 2; MASK2: the same called twice.
+#define R(call, tracks, ...) ::kt::Row{#call, [] { call; }, tracks, {__VA_ARGS__}}
+#define SET(name, value, ...) R(name(S, 2, value), T2, __VA_ARGS__)
+#define MASK(name, value, ...) R(name(S, T02, 0, 0, value), T02, __VA_ARGS__)
+#define MASK2(name, v1, v2, ...) R((name(S, T02, 0, 0, v1), name(S, T02, 0, 0, v2)), T02, __VA_ARGS__)
 
-// Runs every row on initialised tracks (track 2 active, then `setup`).
-inline void check_rows(const std::vector<Row>& rows, const std::function<void()>& setup = {}) {
+inline void check_rows(const std::vector<Row>& rows, void (*setup)() = nullptr) {
   for (const Row& row : rows) {
-    displayinittrack(kProbeScanner);
-    displayframe(kProbeScanner, 2, 1);
+    displayinittrack(S);
+    displayframe(S, 2, 1);
     if (setup) setup();
     std::vector<Bytes> expected = uploaded_tracks();
-    row.call();
-    std::vector<Bytes> actual = uploaded_tracks();
-    for (int t = 0; t < kProbeTracks; ++t) {
-      if (!(row.tracks >> t & 1u)) continue;
-      for (const Change& c : row.changes) {
-        ASSERT_LE(c.offset + c.bytes.size(), expected[t].size()) << row.name;
-        std::copy(c.bytes.begin(), c.bytes.end(), expected[t].begin() + static_cast<long>(c.offset));
+    row.run();
+    for (int t = 0; t < 3; ++t)
+      for (const auto& [at, bytes] : row.changes) {
+        if (!(row.tracks >> t & 1u)) continue;
+        ASSERT_LE(at + bytes.size(), expected[t].size()) << row.call;
+        std::copy(bytes.begin(), bytes.end(), expected[t].begin() + static_cast<long>(at));
       }
-    }
-    for (int t = 0; t < kProbeTracks; ++t) EXPECT_EQ(actual[t], expected[t]) << row.name << ", track " << t;
+    EXPECT_EQ(uploaded_tracks(), expected) << row.call;
   }
 }
-
-inline Bytes f64(double v) { return le_bytes(v); }
-inline Bytes i32(int32_t v) { return le_bytes(v); }
-inline Bytes u16(uint16_t v) { return le_bytes(v); }
-inline Bytes u8(uint8_t v) { return Bytes{v}; }
 
 }  // namespace kt
