@@ -20,14 +20,14 @@ TEST_F(KalvorTest, EveryColourEffectWritesItsFieldAndNothingElse) {
       SET(displaycolor, 0xA5, {121, {0xA5}}),
       SET(displayrgbcolor, -3.5, {122, b(-3.5)}),
       SET(displaycolorshift, 9.5, {131, b(9.5)}),
-      R(displaysparkling(S, 2, 0xBEEF, 0xA5), T2, {0, b(u16(0xBEEF), uint8_t{0xA5})}),
-      R(DisplayR(S, T02, 1, 2, 3, 4, 5, 6), T02, {19, b(1.)}, {43, b(2.)}, {67, b(3.)}, {91, b(4.)}, {115, {5}},
+      ROW(displaysparkling(S, 2, 0xBEEF, 0xA5), T2, {0, b(u16(0xBEEF), uint8_t{0xA5})}),
+      ROW(DisplayR(S, T02, 1, 2, 3, 4, 5, 6), T02, {19, b(1.)}, {43, b(2.)}, {67, b(3.)}, {91, b(4.)}, {115, {5}},
         {118, {6}}),
-      R(DisplayG(S, T02, 1, 2, 3, 4, 5, 6), T02, {27, b(1.)}, {51, b(2.)}, {75, b(3.)}, {99, b(4.)}, {116, {5}},
+      ROW(DisplayG(S, T02, 1, 2, 3, 4, 5, 6), T02, {27, b(1.)}, {51, b(2.)}, {75, b(3.)}, {99, b(4.)}, {116, {5}},
         {119, {6}}),
-      R(DisplayB(S, T02, 1, 2, 3, 4, 5, 6), T02, {35, b(1.)}, {59, b(2.)}, {83, b(3.)}, {107, b(4.)}, {117, {5}},
+      ROW(DisplayB(S, T02, 1, 2, 3, 4, 5, 6), T02, {35, b(1.)}, {59, b(2.)}, {83, b(3.)}, {107, b(4.)}, {117, {5}},
         {120, {6}}),
-      R((DisplayIntensity(S, T02, 0xFF, 7, 0.5), DisplayIntensity(S, T02, 0, 0, 0.5)), T02, {139, b(0.25)}),
+      ROW((DisplayIntensity(S, T02, 0xFF, 7, 0.5), DisplayIntensity(S, T02, 0, 0, 0.5)), T02, {139, b(0.25)}),
       MASK(DisplayIntensity, 1.7),
       MASK(TDisplayIntensity, -0.3, {139, b(0.)}),
       MASK(DisplayRotR, 0.5, {147, b(0.5)}),
@@ -43,7 +43,7 @@ TEST_F(KalvorTest, EveryColourEffectWritesItsFieldAndNothingElse) {
       MASK2(DisplayHotSpot, 2.0, 4.0, {171, b(3.)}),
       MASK(DisplayHotSpot, -4.0),
       MASK(DisplayHotSpot, kNaN, {171, b(kNaN)}),
-      R((DisplayHue(S, 0, 0xFF, 0, 0.5), DisplayR(S, 0, 1, 1, 1, 1, 1, 1)), 0),  // empty track mask
+      ROW((DisplayHue(S, 0, 0xFF, 0, 0.5), DisplayR(S, 0, 1, 1, 1, 1, 1, 1)), 0),  // empty track mask
   });
 }
 

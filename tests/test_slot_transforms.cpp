@@ -21,10 +21,10 @@ struct Family {
   void (*masked3)(uint32_t, uint32_t, uint32_t, uint32_t, double, double, double);
   T v[3], masked[3];
 };
-#define FAMILY(at, lo, Up, ...)                                                                   \
-  {at, {display##lo##x, display##lo##y, display##lo##z}, display##lo,                            \
-   {displayget##lo##x, displayget##lo##y, displayget##lo##z}, {Display##Up##X, Display##Up##Y, \
-   Display##Up##Z}, Display##Up##XYZ, __VA_ARGS__}
+#define FAMILY(at, lo, Up, ...) \
+  {at, {display##lo##x, display##lo##y, display##lo##z}, display##lo, \
+   {displayget##lo##x, displayget##lo##y, displayget##lo##z}, \
+   {Display##Up##X, Display##Up##Y, Display##Up##Z}, Display##Up##XYZ, __VA_ARGS__}
 // Positions truncate the sum: 0.25 x 65535 = 16383.75 gives 16383, -0.25 gives -16383.
 #define POSITIONS {-7, 65535, INT32_MIN}, {16383, 32767, -16383}
 

@@ -21,9 +21,9 @@ TEST_F(KalvorTest, TimelineMeasuresFromItsStart) {
 
 TEST_F(KalvorTest, TrackUgcIsStoredAndUgcCommandIsScaled) {
   check_rows({
-      R(displaytrackugc(S, T02, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10.5, 0xA5), T02,
+      ROW(displaytrackugc(S, T02, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10.5, 0xA5), T02,
         {203, b(1., 2., 3., 4., 5., 6., 7., 8., 9., 10.5, uint8_t{0xA5})}),
-      R(displaytrackugc(S, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 1), 0),
+      ROW(displaytrackugc(S, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 1), 0),
   });
   // u1..u8 are fractions of the coordinate range; u9 and u10 go out as they are.
   displaysetugc(6, 0.5, 1, 2, 3, 4, 5, 6, -1, 0.5, 7.25, 0x5A);
