@@ -10,7 +10,7 @@ namespace {
 
 // One quantity: the offset of its X field in a slot, its eleven exports,
 // values for the setters, and what the masked adjusters leave in a default
-// slot for the arguments 0.25, 0.5 and -0.25.
+// slot after being called twice with 0.25, 0.5 and -0.25.
 template <typename T>
 struct Family {
   size_t x;
@@ -25,11 +25,11 @@ struct Family {
   {at, {display##lo##x, display##lo##y, display##lo##z}, display##lo, \
    {displayget##lo##x, displayget##lo##y, displayget##lo##z}, \
    {Display##Up##X, Display##Up##Y, Display##Up##Z}, Display##Up##XYZ, __VA_ARGS__}
-// Positions truncate the sum: 0.25 x 65535 = 16383.75 gives 16383, -0.25 gives -16383.
-#define POSITIONS {-7, 65535, INT32_MIN}, {16383, 32767, -16383}
+// Positions truncate the sum: 16383 + 0.25 x 65535 = 32766.75 gives 32766.
+#define POSITIONS {-7, 65535, INT32_MIN}, {32766, 65534, -32766}
 
-const Family<double> kDoubles[] = {FAMILY(12, ang, Angle, {45, -1.5, 720.25}, {90, 180, -90}),
-                                   FAMILY(60, scale, Scale, {2, -0.5, 0}, {0.25, 0.5, -0.25})};
+const Family<double> kDoubles[] = {FAMILY(12, ang, Angle, {45, -1.5, 720.25}, {180, 360, -180}),
+                                   FAMILY(60, scale, Scale, {2, -0.5, 0}, {0.0625, 0.25, 0.0625})};
 const Family<int32_t> kPositions[] = {FAMILY(0, pivot, Pivot, POSITIONS), FAMILY(36, pre, PreMove, POSITIONS),
                                       FAMILY(48, post, PostMove, POSITIONS)};
 
@@ -44,16 +44,17 @@ void check_family(const Family<T>& f) {
     std::string field = "field " + std::to_string(at);
     rows.push_back({field, [=] { f.one[a](S, 2, 3, f.v[a]); }, T2, {{slot_at(3, at), b(f.v[a])}}});
     // Slot mask 0x102: bit 8 is ignored, so only slot 1 changes.
-    rows.push_back({field + " masked", [=] { f.masked1[a](S, T02, 0x102, ~0u, args[a]); }, T02,
-                    {{slot_at(1, at), b(f.masked[a])}}});
+    auto masked = [=] { f.masked1[a](S, T02, 0x102, ~0u, args[a]); };
+    rows.push_back({field + " masked", [=] { masked(), masked(); }, T02, {{slot_at(1, at), b(f.masked[a])}}});
     f.one[a](S, 4, 6, f.v[a]);
     EXPECT_EQ(f.get[a](S, 4, 6), f.v[a]) << field;
   }
-  const Bytes masked = b(f.masked[0], f.masked[1], f.masked[2]);
   rows.push_back({"xyz", [=] { f.three(S, 2, 7, f.v[0], f.v[1], f.v[2]); }, T2,
                   {{slot_at(7, f.x), b(f.v[0], f.v[1], f.v[2])}}});
-  rows.push_back({"masked xyz", [=] { f.masked3(S, 1, 0x81, 0, 0.25, 0.5, -0.25); }, 1,
-                  {{slot_at(0, f.x), masked}, {slot_at(7, f.x), masked}}});
+  auto masked = [=] { f.masked3(S, 1, 0x81, 0, 0.25, 0.5, -0.25); };
+  const Bytes fields = b(f.masked[0], f.masked[1], f.masked[2]);
+  rows.push_back(
+      {"masked xyz", [=] { masked(), masked(); }, 1, {{slot_at(0, f.x), fields}, {slot_at(7, f.x), fields}}});
   // Every slot is sent, so that any slot write shows in the upload.
   check_rows(rows, [] { displayscalex(S, 0, 7, 1), displayscalex(S, 1, 7, 1), displayscalex(S, 2, 7, 1); });
 }

@@ -38,12 +38,13 @@ struct Row {
   uint32_t tracks;                                // bit t: track t shows the changes
   std::vector<std::pair<size_t, Bytes>> changes;  // offset in the track, new bytes
 };
-// ROW(call, tracks, {offset, bytes}...); SET: an immediate setter on track 2;
-// MASK: a masked export on tracks 0 and 2; MASK2: the same called twice.
+// ROW(call, tracks, {offset, bytes}...); SET: an immediate setter on track 2.
+// MASK calls a masked export twice on tracks 0 and 2, so that adding,
+// multiplying and replacing differ; MASK2 gives it two values.
 #define ROW(call, tracks, ...) ::kt::Row{#call, [] { call; }, tracks, {__VA_ARGS__}}
 #define SET(name, value, ...) ROW(name(S, 2, value), T2, __VA_ARGS__)
-#define MASK(name, value, ...) ROW(name(S, T02, 0, 0, value), T02, __VA_ARGS__)
 #define MASK2(name, v1, v2, ...) ROW((name(S, T02, 0, 0, v1), name(S, T02, 0, 0, v2)), T02, __VA_ARGS__)
+#define MASK(name, value, ...) MASK2(name, value, value, __VA_ARGS__)
 
 inline void check_rows(const std::vector<Row>& rows, void (*setup)() = nullptr) {
   for (const Row& row : rows) {
