@@ -1,6 +1,7 @@
 /*
- * A small host: starts scanner 1 through the recording transport, prepares
- * its tracks, sends one frame and prints every command that went out, in hex.
+ * A small host: starts scanner 1 through the recording transport, uploads the
+ * test picture, shows it on track 0, sends one frame and prints every command
+ * that went out, in hex.
  *
  * Run it with the recording transport's folder on the loader's search path:
  *   LD_LIBRARY_PATH=build/transports/recorder build/examples/show_picture
@@ -45,6 +46,8 @@ static void print_commands(void) {
 int main(void) {
   DisplayInit();
   displayinittrack(1);
+  displaytestpic(1, 1);   /* the test picture becomes picture 1 */
+  displayframe(1, 0, 1);  /* track 0 shows picture 1 */
   uint32_t wait = displayupdate(1);
   print_commands();
   printf("wait value: %u\n", wait);
