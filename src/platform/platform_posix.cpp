@@ -11,6 +11,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include "platform/path_parts.h"
 #include "platform/profile_parser.h"
 
 namespace kalvor::platform {
@@ -181,25 +182,10 @@ bool is_directory(const char* path) {
   return path && *path && stat(path, &st) == 0 && S_ISDIR(st.st_mode);
 }
 
-// Copies at most size - 1 bytes of [begin, end) into out, terminated.
-static void copy_part(char* out, size_t size, const char* begin, const char* end) {
-  size_t n = static_cast<size_t>(end - begin);
-  if (n > size - 1) n = size - 1;
-  memcpy(out, begin, n);
-  out[n] = 0;
-}
-
 void split_path(const char* path, PathParts* parts) {
-  parts->drive[0] = 0;
   if (!path) path = "";
-  const char* end = path + strlen(path);
   const char* slash = strrchr(path, '/');
-  const char* base = slash ? slash + 1 : path;
-  const char* dot = strrchr(base, '.');
-  if (!dot) dot = end;
-  copy_part(parts->folder, sizeof parts->folder, path, base);
-  copy_part(parts->name, sizeof parts->name, base, dot);
-  copy_part(parts->extension, sizeof parts->extension, dot, end);
+  fill_path_parts(path, path, slash ? slash + 1 : path, parts);
 }
 
 const char* catalogue_folder() { return "/CAT/"; }

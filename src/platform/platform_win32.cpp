@@ -10,6 +10,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "platform/path_parts.h"
 #include "platform/profile_parser.h"
 
 namespace kalvor::platform {
@@ -169,29 +170,15 @@ bool is_directory(const char* path) {
 
 // ---- paths -------------------------------------------------------------------
 
-// Copies at most size - 1 bytes of [begin, end) into out, terminated.
-static void copy_part(char* out, size_t size, const char* begin, const char* end) {
-  size_t n = static_cast<size_t>(end - begin);
-  if (n > size - 1) n = size - 1;
-  memcpy(out, begin, n);
-  out[n] = 0;
-}
-
 // Like the C runtime's _splitpath: "X:" is the drive, both '\' and '/'
 // separate folders, and the extension starts at the last '.' of the name.
 void split_path(const char* path, PathParts* parts) {
   if (!path) path = "";
-  const char* end = path + strlen(path);
   const char* folder = path[0] && path[1] == ':' ? path + 2 : path;
   const char* base = folder;
-  for (const char* p = folder; p < end; ++p)
+  for (const char* p = folder; *p; ++p)
     if (*p == '\\' || *p == '/') base = p + 1;
-  const char* dot = strrchr(base, '.');
-  if (!dot) dot = end;
-  copy_part(parts->drive, sizeof parts->drive, path, folder);
-  copy_part(parts->folder, sizeof parts->folder, folder, base);
-  copy_part(parts->name, sizeof parts->name, base, dot);
-  copy_part(parts->extension, sizeof parts->extension, dot, end);
+  fill_path_parts(path, folder, base, parts);
 }
 
 const char* catalogue_folder() { return "\\CAT\\"; }

@@ -45,7 +45,8 @@ endif()
 
 # ---- the Win32 platform file on its own -------------------------------------
 add_executable(kalvor_tests_platform "${KALVOR_WINDOWS_TESTS}/test_platform_win32.cpp"
-  ${PROJECT_SOURCE_DIR}/src/platform/platform_win32.cpp ${PROJECT_SOURCE_DIR}/src/platform/profile_parser.cpp)
+  ${PROJECT_SOURCE_DIR}/src/platform/platform_win32.cpp ${PROJECT_SOURCE_DIR}/src/platform/profile_parser.cpp
+  ${PROJECT_SOURCE_DIR}/src/platform/path_parts.cpp)
 target_include_directories(kalvor_tests_platform PRIVATE ${PROJECT_SOURCE_DIR}/src)
 target_link_libraries(kalvor_tests_platform PRIVATE GTest::gtest_main)
 target_compile_options(kalvor_tests_platform PRIVATE ${KALVOR_WARNINGS})
