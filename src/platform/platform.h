@@ -47,12 +47,14 @@ const char* environment(const char* name);
 
 // ---- profile (INI) files ---------------------------------------------------
 
+// Both read a profile as Windows's GetPrivateProfileStringA and
+// GetPrivateProfileIntA do (see profile_parser.h for the rules).
 // Copies the value of key in section of file into out (always terminated,
 // cut to size - 1), or def when the key is missing. Returns the length copied.
 size_t profile_string(const char* file, const char* section, const char* key,
                       const char* def, char* out, size_t size);
-// Reads an integer key: optional sign and decimal digits; def when the key is
-// missing or empty.
+// Reads an integer key (sign, then decimal, 0x, 0o or 0b digits); def when the
+// key is missing or empty.
 int profile_int(const char* file, const char* section, const char* key, int def);
 
 // ---- files -----------------------------------------------------------------

@@ -70,17 +70,18 @@ bool parse_profile(const char* path, const char* section, const char* key, Profi
 
 }  // namespace
 
+// A key without a value counts as missing: the default applies.
 size_t profile_string(const char* file, const char* section, const char* key,
                       const char* def, char* out, size_t size) {
   ProfileValue value;
-  const char* text = parse_profile(file, section, key, &value) ? value.text : def;
-  return copy_profile_text(text ? text : "", out, size);
+  if (parse_profile(file, section, key, &value) && value.present) return copy_profile_value(value, out, size);
+  return copy_profile_text(def ? def : "", out, size);
 }
 
 int profile_int(const char* file, const char* section, const char* key, int def) {
   ProfileValue value;
   if (!parse_profile(file, section, key, &value)) return def;
-  return profile_text_to_int(value.text, def);
+  return profile_value_to_int(value, def);
 }
 
 File open_read(const char* path) {

@@ -46,6 +46,7 @@ endif()
 # ---- the Win32 platform file on its own -------------------------------------
 add_executable(kalvor_tests_platform "${KALVOR_WINDOWS_TESTS}/test_platform_win32.cpp"
   ${PROJECT_SOURCE_DIR}/src/platform/platform_win32.cpp ${PROJECT_SOURCE_DIR}/src/platform/profile_parser.cpp
+  ${PROJECT_SOURCE_DIR}/src/platform/windows_1252.cpp
   ${PROJECT_SOURCE_DIR}/src/platform/path_parts.cpp)
 target_include_directories(kalvor_tests_platform PRIVATE ${PROJECT_SOURCE_DIR}/src)
 target_link_libraries(kalvor_tests_platform PRIVATE GTest::gtest_main)
@@ -71,4 +72,20 @@ if(CMAKE_CROSSCOMPILING_EMULATOR AND KALVOR_NATIVE_BUILD)
     COMMAND ${KALVOR_WINDOWS_TESTS}/compare_host_bytes.sh ${PROJECT_SOURCE_DIR} ${KALVOR_NATIVE_BUILD}
       ${CMAKE_CROSSCOMPILING_EMULATOR} --dll-path=${CMAKE_BINARY_DIR}/transports/recorder
       $<TARGET_FILE:host_bytes>)
+endif()
+
+# ---- profile files: read alike on Linux and Windows -------------------------
+# profile_host reads generated profile files through kalvor; the same host
+# built for Linux must print the same results, or the test shows the smallest
+# file that differs. Wine's profile functions are the reference.
+add_executable(profile_host "${PROJECT_SOURCE_DIR}/tests/profile/profile_host.c")
+target_link_libraries(profile_host PRIVATE kalvor)
+target_compile_options(profile_host PRIVATE ${KALVOR_WARNINGS})
+add_dependencies(profile_host transport_recorder)
+if(CMAKE_CROSSCOMPILING_EMULATOR AND KALVOR_NATIVE_BUILD)
+  add_test(NAME windows.profiles_match_linux
+    COMMAND ${PROJECT_SOURCE_DIR}/tests/profile/compare_profiles.py ${PROJECT_SOURCE_DIR} ${KALVOR_NATIVE_BUILD}
+      ${CMAKE_CURRENT_BINARY_DIR}/profiles ${CMAKE_CROSSCOMPILING_EMULATOR}
+      --dll-path=${CMAKE_BINARY_DIR}/transports/recorder $<TARGET_FILE:profile_host>)
+  set_tests_properties(windows.profiles_match_linux PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 900)
 endif()
