@@ -1,9 +1,11 @@
 // The profile section of a scanner, read from real files, and its identity.
 #include <string>
+#include <vector>
 
 #include "support/harness.h"
 
 using namespace kt;
+using namespace std::string_literals;  // "..."s keeps NULs
 
 namespace {
 
@@ -11,10 +13,11 @@ class Profile : public KalvorTest {
  protected:
   // Writes the profile file and restarts the library so that it takes the name.
   void use_profile(const std::string& text) {
-    std::string path = temp_path("profile.ini");
+    std::string path = temp_path("profile" + std::to_string(++files_) + ".ini");
     write_file(path, Bytes(text.begin(), text.end()));
     restart(path);
   }
+  int files_ = 0;
   void TearDown() override {
     restart(temp_path("missing.ini"));
     KalvorTest::TearDown();
@@ -136,4 +139,55 @@ TEST_F(Profile, LastErrorDebugSwitchAndPrint) {
   rec.set_print_result(77);
   EXPECT_EQ(displayprint(1234), 77u);
   EXPECT_EQ(rec.last_print(), 1234u);
+}
+
+// UTF-16LE bytes of ASCII-and-beyond text, with the byte-order mark.
+std::string utf16le(const std::u16string& text) {
+  std::string bytes = "\xFF\xFE";
+  for (char16_t c : text) bytes += {static_cast<char>(c & 0xFF), static_cast<char>(c >> 8)};
+  return bytes;
+}
+
+// Files that editors and hand-editing produce, read for scanner 1 as
+// Windows's profile functions read them.
+TEST_F(Profile, FilesReadAsWindowsReadsThem) {
+  struct Row {
+    std::string text;
+    std::string names;  // MASTER/SLAVE: left as they were
+    int signal;
+  };
+  const std::string bom = "\xEF\xBB\xBF";
+  const std::vector<Row> rows = {
+      {"[1]\rMasterName=A\rSlaveName=B\rSignal=5", "A/B", 5},  // lone CRs end lines
+      // UTF-8 in Windows-1252: e-acute stays, A-macron becomes A, a bad byte '?'.
+      {bom + "[1]\nMasterName=K\xC3\xA9\xC4\x80\xFF\nSlaveName=\xEF\xBC\x90\nSignal=\xEF\xBC\x95", "K\xE9" "A?/0", 0},
+      // A multi-byte character across the reader's 4,096-byte blocks.
+      {bom + "[1]\n;" + std::string(4075, 'c') + "\nMasterName=\xC3\xA9\nSlaveName=B", "\xE9/B", 2},
+      {utf16le(u"[1]\nMasterName=\u20AC\u0100\nSlaveName=\xD800\nSignal=12"), "\x80" "A/?", 12},
+      {"[1]\nMasterName=A\x1A\nSlaveName=\x1A" "B\nSignal=7\x1A", "A/B", 7},  // 0x1A is a blank
+      {"[1]\nSignal\nSignal=9\nMasterName\nMasterName=A\nSlaveName=B", "MASTER/SLAVE", 2},  // no '=': default
+      {"[1]]\nSignal=4\n[1] ]\nSignal=5", "MASTER/SLAVE", 2},  // names run to the last ']'
+      {"[1]\nSignal=6\n[2\nSignal=8", "MASTER/SLAVE", 6},       // "[2" is no header
+      {"[1\0x]\nSignal=4\nMaster\0Name=A\nMasterName\0x=B\nSlaveName=C\0D"s, "B/C", 4},  // NUL ends names
+      {"[1 \0]\nSignal=4"s, "MASTER/SLAVE", 2},
+      {"[1]\n;" + std::string(3000, 'c') + "\nSignal=" + std::string(2100, ' ') + "11", "MASTER/SLAVE", 11},
+      {"[1]\nSignal=0x10", "MASTER/SLAVE", 16},
+      {"[1]\nSignal=-0o17", "MASTER/SLAVE", 241},
+      {"[1]\nSignal=0b11", "MASTER/SLAVE", 3},
+      {"[1]\nSignal=0X10", "MASTER/SLAVE", 0},
+      {"[1]\nSignal=\x01\x0B" "7", "MASTER/SLAVE", 7},
+      {"[1]\nSignal=\" \"", "MASTER/SLAVE", 0},
+      {"[1]\nSignal=\"\"", "MASTER/SLAVE", 2},
+      // Only 29 characters count; quotes cost the last one from 30 characters on.
+      {"[1]\nSignal=" + std::string(29, '0') + "5", "MASTER/SLAVE", 0},
+      {"[1]\nSignal=\"" + std::string(28, '0') + "5\"", "MASTER/SLAVE", 0},
+      {"[1]\nSignal=\"" + std::string(27, '0') + "5\"", "MASTER/SLAVE", 5},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(::testing::PrintToString(row.text.substr(0, 60)));
+    use_profile(row.text);
+    getscannerprofile(1);
+    EXPECT_EQ(names(1), row.names);
+    EXPECT_EQ(displaygetsignal(1), row.signal);
+  }
 }
