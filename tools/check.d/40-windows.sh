@@ -1,7 +1,9 @@
 # kalvor.dll for 64- and 32-bit Windows, cross-built with mingw-w64.
 # - x86_64: the whole test suite runs under Wine (prefix kept in the build
 #   folder), with the export and import checks and the C host compared with
-#   the same host on Linux (the native stage's build).
+#   the same host on Linux (the native stage's build), and generated profile
+#   files read by kalvor.dll (Windows's profile functions) and by the Linux
+#   build (kalvor's own reader), which must agree on every result.
 # - i686: kalvor.dll, the recorders and the C host are built and their export
 #   and import tables checked; every export must be caller-cleans. Its
 #   programs run only where a 32-bit Wine is installed (then all tests run).
@@ -12,7 +14,7 @@ if [ "${RUN_WINDOWS_TESTS:-1}" = 0 ]; then
   exit 0
 fi
 need_packages cmake ninja-build gcc g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix \
-  binutils-mingw-w64-x86-64 binutils-mingw-w64-i686 googletest wine64
+  binutils-mingw-w64-x86-64 binutils-mingw-w64-i686 googletest wine64 python3
 
 root=$KALVOR_ROOT
 jobs=${KALVOR_JOBS:-2}
@@ -40,7 +42,8 @@ if [ -x /usr/lib/wine/wine ]; then  # the toolchain file runs 32-bit programs wi
   ctest --test-dir "$dir" -j "$jobs" --output-on-failure --no-tests=error
 else
   echo "(no 32-bit Wine here: the 32-bit programs are built, not run)"
-  cmake --build "$dir" -j "$jobs" --target kalvor transport_recorder transport_recorder_noprint host_bytes
+  cmake --build "$dir" -j "$jobs" --target kalvor transport_recorder transport_recorder_noprint host_bytes \
+    profile_host
   ctest --test-dir "$dir" -j "$jobs" -R '^windows\.' --output-on-failure --no-tests=error
 fi
 
