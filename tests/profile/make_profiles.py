@@ -4,7 +4,8 @@
     make_profiles.py <folder>
 
 writes one file per feature (feature_*.ini), a few hundred files that mix the
-features (mixed_*.ini, from a fixed seed) and index.txt, which lists them all.
+features (mixed_*.ini, from a fixed seed; the last hundred also have stray
+characters sprinkled in) and index.txt, which lists them all.
 Text is built as Python strings: for Windows-1252 files every character is a
 byte (chr(0) to chr(255)); UTF-8 files carry malformed bytes as the
 surrogate escapes U+DC80..U+DCFF; UTF-16 files may hold lone surrogates.
@@ -168,6 +169,29 @@ def mixed(rng):
     return text, encoding
 
 
+NOISE = ["[", "]", "=", "\r", "\n", " ", "\t", "\x0b", "\x1a", "\x00", '"', "'", "0x", "-", ";", "\x01", "\x7f",
+         "\x85", "\xa0", "\xff", "\x81"]
+
+
+def sprinkle(rng, text, encoding):
+    """The text with stray characters put in at random places."""
+    for _ in range(rng.randint(1, max(1, len(text) // 20))):
+        at = rng.randrange(len(text) + 1)
+        roll = rng.random()
+        if roll < 0.2 and encoding != "ansi":
+            stray = chr(rng.choice([rng.randint(0x100, 0xD7FF), 0x3000, 0xFF10, 0x2028, 0x0130, 0x2000]))
+        elif roll < 0.3 and encoding.startswith("utf16"):
+            stray = chr(rng.randint(0xD800, 0xDFFF))
+        elif roll < 0.3 and encoding == "utf8":
+            stray = chr(0xDC80 + rng.randint(0, 127))
+        elif roll < 0.4:
+            stray = chr(rng.randint(0, 255))
+        else:
+            stray = rng.choice(NOISE)
+        text = text[:at] + stray + text[at:]
+    return text
+
+
 def main():
     folder = sys.argv[1]
     os.makedirs(folder, exist_ok=True)
@@ -179,6 +203,8 @@ def main():
     rng = random.Random(18)
     for i in range(300):
         text, encoding = mixed(rng)
+        if i >= 200:
+            text = sprinkle(rng, text, encoding)
         names.append("mixed_%03d.ini" % i)
         with open(os.path.join(folder, names[-1]), "wb") as out:
             out.write(encode(text, encoding))
