@@ -88,3 +88,9 @@ put("profile", "sections.ini",
     b"; scanners\r\n[1]\r\nMasterName=PC1\r\nSlaveName=LAS1\r\nSignal=260\r\nC3ToR=0.5\r\n"
     b"[3]\nMasterName = 0123456789ABCDEF\nSlaveName=x\nC0ToG=-1e308\nC5ToB=  +.5e-3junk\n"
     b"[20]\nSignal=-7\nC1ToR=nan\nC2ToB=inf\n[ 20 ]\nMasterName=\n")
+# Profiles in UTF-8 and UTF-16 with their byte-order marks, CR line ends,
+# malformed sequences, NULs and the integer reader's prefixes.
+put("profile", "utf8.ini", b"\xef\xbb\xbf[1]\rMasterName=K\xc3\xa9\xc4\x80\xff\rSlaveName=\xe2\x82\rSignal=0x1f\r"
+    b"[2\x00]\nSignal=\"0b101\"\nC0ToR=\xef\xbc\x90.5\x1a\n[3]]\nSignal=-0o17\n")
+put("profile", "utf16.ini", b"\xff\xfe" + "[1]\r\nMasterName=\u20ac\u3000\nSlaveName='x'\nSignal=\x01 7\n"
+    .encode("utf-16-le") + b"\x00\xd8")
