@@ -2284,7 +2284,9 @@ KALVOR_API void KALVOR_CALL displaytostartpoint(uint32_t scanner, uint8_t value)
  * 8 bits); "C0ToR".."C5ToB" (decimal text, default 1.0 for C0ToR, C1ToG and
  * C2ToB, else 0.0) set all 18 colour-matrix weights. When both "MasterName"
  * and "SlaveName" are present and not empty, they are applied as by
- * setsendname and setreceivename. Sends nothing.
+ * setsendname and setreceivename. Sends nothing. The file is read by
+ * Windows's profile rules on every system; a file in UTF-8 or UTF-16 (with
+ * its byte-order mark) gives its names in Windows-1252.
  * @param scanner scanner number, 1 to 20
  * @return 1 when both names were found (even if too long to be stored), else 0
  */
