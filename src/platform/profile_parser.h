@@ -16,8 +16,9 @@
 // - a NUL ends a name or value; names compare without regard to ASCII case;
 // - only the first section of a name is searched, and its first matching key
 //   wins; lines starting with ';' are keys no one asks for;
-// - a value enclosed in matching double or single quotes loses them when it
-//   fits the caller's buffer.
+// - a value enclosed in matching double or single quotes loses them; with a
+//   buffer of n characters the text between them stays whole up to n - 2
+//   characters, loses its last one at n - 1 and is cut to n - 1 when longer.
 // Lines of any length are read through fixed buffers: nothing allocates, and
 // no file can make the reader overrun.
 #pragma once
@@ -57,8 +58,8 @@ size_t copy_profile_value(const ProfileValue& value, char* out, size_t size);
 // Copies text into out, cut to size - 1 bytes and terminated; returns the length.
 size_t copy_profile_text(const char* text, char* out, size_t size);
 
-// GetPrivateProfileIntA's reading of a found value: only its first 29
-// characters count; an empty one gives def. Characters up to the space are
+// GetPrivateProfileIntA's reading of a found value: it is copied as into a
+// buffer of 30 characters (29 count); an empty one gives def. Characters up to the space are
 // skipped, then an optional sign, then digits in base 10, or base 16, 8 or 2
 // after a lower-case 0x, 0o or 0b, up to the first other character. Wraps on
 // overflow.
