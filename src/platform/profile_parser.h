@@ -28,7 +28,9 @@
 namespace kalvor::platform {
 
 // A value as found: its first code units, its length up to the first NUL
-// (which may exceed what is kept), and its last code unit.
+// (which may exceed what is kept), and its last code unit. What is kept
+// fills the 256-byte buffers kalvor reads values into; a larger buffer gets
+// no more than kKept - 1 characters.
 struct ProfileValue {
   static constexpr size_t kKept = 260;
   char16_t text[kKept];
