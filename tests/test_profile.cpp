@@ -124,7 +124,7 @@ TEST_F(Profile, LastErrorDebugSwitchAndPrint) {
 }
 
 // UTF-16LE bytes of ASCII-and-beyond text, with the byte-order mark.
-std::string utf16le(const std::u16string& text) {
+static std::string utf16le(const std::u16string& text) {
   std::string bytes = "\xFF\xFE";
   for (char16_t c : text) bytes += {static_cast<char>(c & 0xFF), static_cast<char>(c >> 8)};
   return bytes;
@@ -165,7 +165,7 @@ TEST_F(Profile, FilesReadAsWindowsReadsThem) {
       {"[1]\nSignal=\x01\x0B" "7", "MASTER/SLAVE", 7},
       {"[1]\nSignal=\" \"", "MASTER/SLAVE", 0},
       {"[1]\nSignal=\"\"", "MASTER/SLAVE", 2},
-      // Only 29 characters count; quotes cost the last one from 30 characters on.
+      // Only 29 characters count; 29 between quotes lose the last one.
       {"[1]\nSignal=" + std::string(29, '0') + "5", "MASTER/SLAVE", 0},
       {"[1]\nSignal=\"" + std::string(28, '0') + "5\"", "MASTER/SLAVE", 0},
       {"[1]\nSignal=\"" + std::string(27, '0') + "5\"", "MASTER/SLAVE", 5},
