@@ -19,6 +19,7 @@ jobs=${KALVOR_JOBS:-2}
 
 echo "-- building the package"
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+  -DCMAKE_COMPILE_WARNING_AS_ERROR=ON \
   -DCMAKE_INSTALL_PREFIX=/usr -DBUILD_TESTING=OFF >/dev/null
 cmake --build "$build" -j "$jobs"
 rm -f "$build"/*.deb
