@@ -72,7 +72,8 @@ def fixture(name):
     path = os.path.join(FIXTURES, "ilda", name)
     if not os.path.exists(path):
         raise MissingFixture(path)
-    return path
+    # Relative: on Windows the tool would take "/work/..." for an option.
+    return os.path.relpath(path)
 
 
 # ---- the tests ------------------------------------------------------------
