@@ -7,14 +7,14 @@
 #   tools/check.sh           # the full check, as CI runs it
 #   tools/check.sh --quick   # the native build and its tests only
 set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+cd "$root"
 stages=(tools/check.d/*.sh)
 case ${1:-} in
   --quick) stages=(tools/check.d/10-native.sh) ;;
   "") ;;
   *) echo "usage: tools/check.sh [--quick]" >&2; exit 2 ;;
 esac
-root=$(cd "$(dirname "$0")/.." && pwd)
-cd "$root"
 export KALVOR_ROOT="$root"
 export KALVOR_JOBS=${KALVOR_JOBS:-$(nproc)}
 
