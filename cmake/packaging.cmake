@@ -24,7 +24,8 @@ if(NOT WIN32)
 endif()
 
 set(CPACK_PACKAGE_NAME kalvor)
-set(CPACK_PACKAGE_VENDOR "The kalvor developers")
+set(CPACK_PACKAGE_VENDOR "The kalvor authors")
+set(CPACK_RESOURCE_FILE_LICENSE "${CMAKE_CURRENT_SOURCE_DIR}/LICENSE")
 set(CPACK_PACKAGE_CONTACT "${KALVOR_MAINTAINER}")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "command library for laser scanners")
 set(CPACK_PACKAGE_DESCRIPTION "\
@@ -36,9 +37,34 @@ picture files (ILDA and others).
 
 This package holds the shared library, its C header, CMake and pkg-config
 files, the kalvor command-line tool and a virtual scanner transport.")
+set(CPACK_STRIP_FILES ON)
+if(WIN32)
+  # The Windows release archive (cpack -G ZIP in a Windows build folder): one
+  # folder per architecture, each a whole install prefix, so a host takes the
+  # folder that matches it. KALVOR_WINDOWS_PAIR_BUILD names the other
+  # architecture's build folder, built first; without it the archive holds
+  # this build alone.
+  install(FILES LICENSE DESTINATION .)
+  install(FILES "${CMAKE_CURRENT_BINARY_DIR}/kalvor.def" DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  set(KALVOR_WINDOWS_PAIR_BUILD "" CACHE PATH "Build folder of the other Windows architecture, for the archive")
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    set(kalvor_windows_folders x64 x86)
+  else()
+    set(kalvor_windows_folders x86 x64)
+  endif()
+  list(GET kalvor_windows_folders 0 kalvor_own_folder)
+  list(GET kalvor_windows_folders 1 kalvor_pair_folder)
+  set(CPACK_INSTALL_CMAKE_PROJECTS "${CMAKE_BINARY_DIR};kalvor;ALL;/${kalvor_own_folder}")
+  if(KALVOR_WINDOWS_PAIR_BUILD)
+    list(APPEND CPACK_INSTALL_CMAKE_PROJECTS "${KALVOR_WINDOWS_PAIR_BUILD};kalvor;ALL;/${kalvor_pair_folder}")
+  endif()
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_FILE_NAME "kalvor-${PROJECT_VERSION}-windows")
+  include(CPack)
+  return()
+endif()
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${KALVOR_MAINTAINER}")
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)

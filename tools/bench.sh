@@ -15,8 +15,9 @@ if ! dpkg -s libbenchmark-dev >/dev/null 2>&1; then
   echo "== installing libbenchmark-dev"
   sudo=""
   [ "$(id -u)" -ne 0 ] && sudo=sudo
-  $sudo apt-get update -qq
-  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends libbenchmark-dev >/dev/null
+  $sudo apt-get -o DPkg::Lock::Timeout=600 update -qq  # waits for another install's lock
+  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq -o DPkg::Lock::Timeout=600 \
+    --no-install-recommends libbenchmark-dev >/dev/null
 fi
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF >/dev/null
 cmake --build "$build" -j "${KALVOR_JOBS:-2}" --target bench

@@ -126,4 +126,10 @@ void set_env(const char* name, const char* value) {
 
 std::string fixture(const std::string& relative) { return std::string(KALVOR_FIXTURES_DIR) + "/" + relative; }
 
+bool fixture_exists(const std::string& relative) {
+  FILE* f = std::fopen(fixture(relative).c_str(), "rb");
+  if (f) std::fclose(f);
+  return f != nullptr;
+}
+
 }  // namespace kt

@@ -87,5 +87,14 @@ void set_env(const char* name, const char* value);
 
 // Path of a shared fixture file.
 std::string fixture(const std::string& relative);
+bool fixture_exists(const std::string& relative);
+
+// Fixture files live outside the repository: a clone on its own lacks them,
+// and a test that needs one is skipped, naming the missing file.
+#define SKIP_WITHOUT_FIXTURE(relative)                                            \
+  do {                                                                            \
+    if (!::kt::fixture_exists(relative))                                          \
+      GTEST_SKIP() << "fixture file missing: " << ::kt::fixture(relative);        \
+  } while (0)
 
 }  // namespace kt

@@ -12,7 +12,7 @@ need_packages cmake ninja-build g++ libgtest-dev libgmock-dev pkg-config
 jobs=${KALVOR_JOBS:-2}
 build_with() {  # build folder, sanitizer flags, cmake target (or "all")
   local dir=$1 flags=$2 target=$3
-  cmake -S "$KALVOR_ROOT" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=Debug \
+  cmake -S "$KALVOR_ROOT" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_COMPILE_WARNING_AS_ERROR=ON \
     -DCMAKE_C_COMPILER=gcc -DCMAKE_CXX_COMPILER=g++ \
     "-DCMAKE_C_FLAGS=$flags" "-DCMAKE_CXX_FLAGS=$flags" \
     "-DCMAKE_EXE_LINKER_FLAGS=$flags" "-DCMAKE_SHARED_LINKER_FLAGS=$flags" >/dev/null

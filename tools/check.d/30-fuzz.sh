@@ -15,6 +15,7 @@ need_packages cmake ninja-build clang libclang-rt-14-dev llvm-14 libgtest-dev li
 
 build="$KALVOR_ROOT/build-fuzz"
 cmake -S "$KALVOR_ROOT" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+  -DCMAKE_COMPILE_WARNING_AS_ERROR=ON \
   -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DKALVOR_FUZZ=ON >/dev/null
 cmake --build "$build" -j "${KALVOR_JOBS:-2}" --target kalvor_fuzzers
 

@@ -10,7 +10,8 @@ fi
 need_packages cmake ninja-build g++ libbenchmark-dev
 
 build="$KALVOR_ROOT/build"
-cmake -S "$KALVOR_ROOT" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake -S "$KALVOR_ROOT" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+  -DCMAKE_COMPILE_WARNING_AS_ERROR=ON >/dev/null
 cmake --build "$build" -j "${KALVOR_JOBS:-2}" --target bench
 echo "-- one iteration each: the times and ratios below mean nothing here"
 KALVOR_BENCH_MB=1 LD_LIBRARY_PATH="$build/transports/null" \

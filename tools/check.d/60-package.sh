@@ -19,6 +19,7 @@ jobs=${KALVOR_JOBS:-2}
 
 echo "-- building the package"
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+  -DCMAKE_COMPILE_WARNING_AS_ERROR=ON \
   -DCMAKE_INSTALL_PREFIX=/usr -DBUILD_TESTING=OFF >/dev/null
 cmake --build "$build" -j "$jobs"
 rm -f "$build"/*.deb
@@ -49,6 +50,11 @@ for f in "$libdir/libkalvor.so.1" "$libdir/libkalvor.so" "$prefix/include/kalvor
   "$libdir/kalvor/transports/virtual/LASER.DLL" "$prefix/bin/kalvor"; do
   [ -e "$f" ] || { echo "the package lacks ${f#"$scratch/root"}"; exit 1; }
 done
+# The licence is named in the copyright file, the pkg-config file and the CMake package.
+grep -q '^License: Expat' "$scratch/root/usr/share/doc/kalvor/copyright" &&
+  grep -q '^License: MIT$' "$libdir/pkgconfig/kalvor.pc" &&
+  grep -q 'set(kalvor_LICENSE "MIT")' "$libdir/cmake/kalvor/kalvorConfig.cmake" ||
+  { echo "the package does not name its licence everywhere"; exit 1; }
 # Every program and library in the package finds the libraries it needs.
 find "$scratch/root" -type f | while read -r f; do
   case "$(file -b "$f")" in
