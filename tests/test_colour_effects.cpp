@@ -32,7 +32,7 @@ TEST_F(KalvorTest, EveryColourEffectWritesItsFieldAndNothingElse) {
       MASK(TDisplayIntensity, 0.5, {139, b(0.25)}),
       MASK(DisplayRotR, 0.5, {147, b(0.25)}),
       MASK(DisplayRotG, 0.5, {155, b(0.25)}),
-      MASK(DisplayRotB, 1.5),
+      MASK(DisplayRotB, 0.5, {163, b(0.25)}),
       MASK(DisplayCenterRecolorR, 0.5, {179, b(0.25)}),
       MASK(DisplayCenterRecolorG, 0.5, {187, b(0.25)}),
       MASK(DisplayCenterRecolorB, 0.5, {195, b(0.25)}),

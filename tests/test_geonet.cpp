@@ -18,12 +18,10 @@ TEST_F(KalvorTest, GeonetIsZeroThenEvenThenEdited) {
   displayupdategeonet(1, 4);
   sent = rec.last().bytes;
   EXPECT_EQ(sent[1], 4);
-  EXPECT_EQ(coordinate(sent, 4, 4, 0), 32767.5);
-  EXPECT_EQ(coordinate(sent, 4, 4, 1), 32767.5);
-  EXPECT_EQ(coordinate(sent, 8, 0, 0), 65535.0);
-  EXPECT_EQ(coordinate(sent, 8, 0, 1), 0.0);
-  EXPECT_EQ(coordinate(sent, 0, 8, 1), 65535.0);
-  EXPECT_EQ(coordinate(sent, 3, 1, 0), 3 * 8191.875);
+  EXPECT_EQ((std::vector<double>{coordinate(sent, 4, 4, 0), coordinate(sent, 4, 4, 1), coordinate(sent, 4, 4, 2),
+                                 coordinate(sent, 8, 0, 0), coordinate(sent, 8, 0, 1), coordinate(sent, 0, 8, 1),
+                                 coordinate(sent, 3, 1, 0)}),
+            (std::vector<double>{32767.5, 32767.5, 0.0, 65535.0, 0.0, 65535.0, 3 * 8191.875}));
 
   displaysetgeonet(1, 2, 5, 0.5, 0.25, 0.0);
   displaysetgeonet(1, 8, 8, 1.2, -0.5, 2.0);  // nothing is limited
