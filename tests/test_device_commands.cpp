@@ -1,24 +1,7 @@
-// Device queries, one-byte commands, Vistrel, firmware upload and file copy.
+// Device queries, Vistrel, the ILDA export name, firmware upload and file copy.
 #include "support/harness.h"
 
 using namespace kt;
-
-TEST_F(KalvorTest, CommandsWithoutAnswerCarryTheirValues) {
-  struct Case { void (*call)(); Bytes bytes; };
-  for (const Case& c : {Case{[] { ZRKErzeugeFormular(6); }, {0x63}}, Case{[] { EnableILDAOutput(6); }, {0x64}},
-                        Case{[] { DisableILDAOutput(6); }, {0x65}}, Case{[] { ShowHWManager(6); }, {0x66}},
-                        Case{[] { HideHWManager(6); }, {0x67}}, Case{[] { CheckforUpdate(6); }, {0x6F}},
-                        Case{[] { StartHWManager(6); }, {0x77}}, Case{[] { EnableILDAOutputonce(6); }, {0x79}},
-                        Case{[] { Display_Invert_Y(6); }, {0x66}}, Case{[] { Showhelp(6); }, {0x6E, 6, 0, 0, 0}},
-                        Case{[] { displaywritelpt(6, 0x12, 0x3456); }, {0x11, 0x12, 0x56, 0x34}}}) {
-    rec.clear();
-    c.call();
-    ASSERT_EQ(rec.count(), 1);
-    EXPECT_EQ(rec.at(0).scanner, 6u);
-    EXPECT_EQ(rec.at(0).bytes, c.bytes);
-    EXPECT_FALSE(rec.at(0).reply);
-  }
-}
 
 TEST_F(KalvorTest, QueriesReturnTheAnswerOrTheirPreset) {
   struct Case { uint32_t (*call)(uint32_t); Bytes sent; uint32_t preset; Bytes answer; uint32_t result; };

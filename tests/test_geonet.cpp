@@ -1,4 +1,4 @@
-// The geometry net and the world geometry-net command.
+// The geometry net.
 #include "support/harness.h"
 
 using namespace kt;
@@ -41,6 +41,4 @@ TEST_F(KalvorTest, GeonetIsZeroThenEvenThenEdited) {
       for (int axis = 0; axis < 3 && !(a == 2 && b == 5) && !(a == 8 && b == 8); ++axis)
         EXPECT_EQ(coordinate(edited, a, b, axis), coordinate(sent, a, b, axis));
 
-  displayworldgeonet(1, 1, 2, 3, 4, 0xFFEE);
-  EXPECT_EQ(rec.last().bytes, (Bytes{0x27, 1, 0, 2, 0, 3, 0, 4, 0, 0xEE, 0xFF}));
 }
