@@ -154,7 +154,15 @@ TEST_F(KalvorTest, PaletteAndRgbFilesRoundTripAndToleratePoorFiles) {
 TEST_F(KalvorTest, TrueColourTableAndColourScale) {
   displaysettruecolor(1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9);
   displaysettruecolor(1, 28, 9, 8, 7, 6, 5, 4, 3, 2, 1);
-  displaysettruecolor(1, 29, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE);  // ignored
+  displayinittrack(1);
+  displayframe(1, 0, 1);  // track 0 active: its first bytes follow the table's end
+  displayupdate(1);
+  const std::vector<Bytes> upload = rec.bytes();
+  // Ignored: the track fields that follow the table in the record stay.
+  displaysettruecolor(1, 29, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE);
+  rec.clear();
+  displayupdate(1);
+  EXPECT_EQ(rec.bytes(), upload);
   displayupdatetruecolor(1, 0x77);
   Bytes b = rec.last().bytes;
   ASSERT_EQ(b.size(), 263u);
