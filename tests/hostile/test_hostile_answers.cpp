@@ -34,7 +34,6 @@ Bytes huge_picture() {
 }
 
 uint16_t be16(const Bytes& b, size_t at) { return static_cast<uint16_t>(b[at] << 8 | b[at + 1]); }
-uint16_t le16(const Bytes& b, size_t at) { return static_cast<uint16_t>(b[at] | b[at + 1] << 8); }
 
 // Walks a file of picture records (a head of `head` bytes, the record's point
 // count at `count_at` of it, then 11 bytes a point) from `at` to its end:
@@ -43,7 +42,7 @@ uint16_t le16(const Bytes& b, size_t at) { return static_cast<uint16_t>(b[at] | 
 size_t walk_pictures(const Bytes& file, size_t at, size_t head, size_t count_at) {
   size_t records = 0;
   for (; at + head <= file.size(); ++records) {
-    size_t n = le16(file, at + count_at);
+    size_t n = le<uint16_t>(file, at + count_at);
     EXPECT_LE(n, 8192u);
     at += head + 11 * n;
   }
@@ -98,7 +97,7 @@ TEST_F(HostileAnswers, PictureCountsBeyondTheReplyAreaAreLimited) {
   saveLDS(kScanner, lds.c_str());
   file = read_file(lds);
   ASSERT_GE(file.size(), 6u);
-  EXPECT_EQ(le16(file, 4), 3);
+  EXPECT_EQ(le<uint16_t>(file, 4), 3);
   EXPECT_EQ(walk_pictures(file, 6, 4, 2), 3u);
 
   // Many pictures of one point: the writer goes through all 65,535.
