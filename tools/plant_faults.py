@@ -14,9 +14,12 @@ reported apart and counted neither way.
 The suites run are the tests defined in SUITES (files under tests/), so that a
 fault counts as caught only by the suites whose strength is measured here.
 Prefer an unoptimised build without debug information: each row then rebuilds in
-seconds.
+seconds. While it runs, a planted fault sits in the source tree: build nothing
+else from this tree and commit nothing until it ends. Stop it with SIGTERM or
+Ctrl-C; the file is put back either way.
 """
 import argparse
+import functools
 import json
 import os
 import re
@@ -197,18 +200,19 @@ MUTANTS = [
 ]
 
 
+@functools.lru_cache(maxsize=None)
 def test_names(path):
-    """gtest filter patterns for the tests defined in one source file."""
+    """gtest filter patterns for the tests defined in one source file (read once per run)."""
     names = []
     if not os.path.exists(path):
-        return names
+        return ()
     with open(path) as f:
         for m in re.finditer(r"^\s*TEST(_F|_P)?\(\s*(\w+)\s*,\s*(\w+)\s*\)", f.read(), re.M):
             if m.group(1) == "_P":
                 names.append(f"*/{m.group(2)}.{m.group(3)}/*")
             else:
                 names.append(f"{m.group(2)}.{m.group(3)}")
-    return names
+    return tuple(names)
 
 
 def run_suites(build, timeout, who=None):
