@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Plants one fault at a time in the library and counts the faults the tests catch.
+"""Plants one fault at a time in the library and counts the faults the tests catch (Linux).
 
 Each row of MUTANTS names a source file, a piece of its text (which must occur
 exactly once) and what replaces it. For every row the script writes the fault,
@@ -227,6 +227,8 @@ def run_suites(build, timeout, who=None):
         report = os.path.join(build, "plant_faults.json")
         command = [os.path.join(build, program), "--gtest_filter=" + ":".join(names), "--gtest_brief=1"]
         command += ["--gtest_output=json:" + report] if who is not None else ["--gtest_fail_fast=1"]
+        if os.path.exists(report):
+            os.remove(report)  # a program that crashes writes none: an old one must not stand in
         try:
             r = subprocess.run(command, env=env, timeout=timeout, stdout=subprocess.DEVNULL,
                                stderr=subprocess.DEVNULL, cwd=build)
