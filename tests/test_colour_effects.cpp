@@ -1,5 +1,5 @@
 // Track colour effects: each setter seen at its offset in the next track
-// upload, the limits of the masked factors, and the three colour commands.
+// upload, and the limits of the masked factors.
 #include <limits>
 
 #include "track_probe.h"
@@ -32,7 +32,7 @@ TEST_F(KalvorTest, EveryColourEffectWritesItsFieldAndNothingElse) {
       MASK(TDisplayIntensity, 0.5, {139, b(0.25)}),
       MASK(DisplayRotR, 0.5, {147, b(0.25)}),
       MASK(DisplayRotG, 0.5, {155, b(0.25)}),
-      MASK(DisplayRotB, 1.5),
+      MASK(DisplayRotB, 0.5, {163, b(0.25)}),
       MASK(DisplayCenterRecolorR, 0.5, {179, b(0.25)}),
       MASK(DisplayCenterRecolorG, 0.5, {187, b(0.25)}),
       MASK(DisplayCenterRecolorB, 0.5, {195, b(0.25)}),
@@ -47,22 +47,3 @@ TEST_F(KalvorTest, EveryColourEffectWritesItsFieldAndNothingElse) {
   });
 }
 
-TEST_F(KalvorTest, ColourCommands) {
-  displaysparkle(3, 0x0102, 0x0304, 0x0506, 1.0);
-  displaysparkle(3, 0, 0, 0, 0.99);
-  displaysparkle(3, 0, 0, 0, -2.0);
-  displaysparkle(3, 0, 0, 0, kNaN);
-  displayequalize(3, 0x0102, 0x0304, 0x0506);
-  displaydynamicint(3, 200, 16, 16, 16, 16, 50, 0x1234);  // b2, b4, b5 capped at 15; words at least 100
-  displaydynamicint(3, 1, 2, 3, 4, 5, 100, 99);
-  EXPECT_EQ(rec.bytes(), (std::vector<Bytes>{
-                             {0x20, 0x02, 0x01, 0x04, 0x03, 0x06, 0x05, 15},
-                             {0x20, 0, 0, 0, 0, 0, 0, 14},
-                             {0x20, 0, 0, 0, 0, 0, 0, 0},
-                             {0x20, 0, 0, 0, 0, 0, 0, 0},
-                             {0x1F, 0x02, 0x01, 0x04, 0x03, 0x06, 0x05},
-                             {0x17, 200, 15, 16, 15, 15, 100, 0, 0x34, 0x12},
-                             {0x17, 1, 2, 3, 4, 5, 100, 0, 100, 0},
-                         }));
-  EXPECT_EQ(rec.at(0).scanner, 3u);
-}

@@ -1,4 +1,4 @@
-// Timeline, track UGC values, the UGC command and the slot hierarchy.
+// Timeline, track UGC values and the slot hierarchy.
 #include "track_probe.h"
 
 using namespace kt;
@@ -19,17 +19,12 @@ TEST_F(KalvorTest, TimelineMeasuresFromItsStart) {
   EXPECT_EQ(out, -1.0);  // untouched whenever the answer is 0
 }
 
-TEST_F(KalvorTest, TrackUgcIsStoredAndUgcCommandIsScaled) {
+TEST_F(KalvorTest, TrackUgcIsStored) {
   check_rows({
       ROW(displaytrackugc(S, T02, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10.5, 0xA5), T02,
         {203, b(1., 2., 3., 4., 5., 6., 7., 8., 9., 10.5, uint8_t{0xA5})}),
       ROW(displaytrackugc(S, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 1), 0),
   });
-  // u1..u8 are fractions of the coordinate range; u9 and u10 go out as they are.
-  displaysetugc(6, 0.5, 1, 2, 3, 4, 5, 6, -1, 0.5, 7.25, 0x5A);
-  EXPECT_EQ(rec.last().bytes, b(uint8_t{0x2C}, 32767.5, 65535., 131070., 196605., 262140., 327675., 393210., -65535.,
-                                0.5, 7.25, uint8_t{0x5A}));
-  EXPECT_EQ(rec.last().scanner, 6u);
 }
 
 TEST_F(KalvorTest, HierarchyComposesSlotsFromTheTrackBeforeTheCall) {

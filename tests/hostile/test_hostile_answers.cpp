@@ -34,7 +34,21 @@ Bytes huge_picture() {
 }
 
 uint16_t be16(const Bytes& b, size_t at) { return static_cast<uint16_t>(b[at] << 8 | b[at + 1]); }
-uint16_t le16(const Bytes& b, size_t at) { return static_cast<uint16_t>(b[at] | b[at + 1] << 8); }
+
+// Walks a file of picture records (a head of `head` bytes, the record's point
+// count at `count_at` of it, then 11 bytes a point) from `at` to its end:
+// every count is at most 8,192 and the records fill the file exactly. Returns
+// the number of records.
+size_t walk_pictures(const Bytes& file, size_t at, size_t head, size_t count_at) {
+  size_t records = 0;
+  for (; at + head <= file.size(); ++records) {
+    size_t n = le<uint16_t>(file, at + count_at);
+    EXPECT_LE(n, 8192u);
+    at += head + 11 * n;
+  }
+  EXPECT_EQ(at, file.size());
+  return records;
+}
 
 class HostileAnswers : public KalvorTest {};
 
@@ -77,34 +91,14 @@ TEST_F(HostileAnswers, PictureCountsBeyondTheReplyAreaAreLimited) {
   // A scanner claiming 65,535 pictures of 65,535 points each: every catalogue
   // and show record carries at most 8,192 points and its count matches.
   rec.set_reply(0x2B, {0x03, 0x00, 0x00, 0x00});
-  std::string cat = temp_path("huge.cat");
+  std::string cat = temp_path("huge.cat"), lds = temp_path("huge.lds");
   saveCAT(kScanner, cat.c_str());
-  file = read_file(cat);
-  at = 0;
-  size_t pictures = 0;
-  while (at < file.size()) {
-    ASSERT_EQ(file[at], 1);
-    size_t n = le16(file, at + 1);
-    EXPECT_LE(n, 8192u);
-    at += 3 + 11 * n;
-    ++pictures;
-  }
-  EXPECT_EQ(at, file.size());
-  EXPECT_EQ(pictures, 3u);
-
-  std::string lds = temp_path("huge.lds");
+  EXPECT_EQ(walk_pictures(read_file(cat), 0, 3, 1), 3u);
   saveLDS(kScanner, lds.c_str());
   file = read_file(lds);
   ASSERT_GE(file.size(), 6u);
-  EXPECT_EQ(le16(file, 4), 3);
-  at = 6;
-  for (int p = 0; p < 3 && at + 4 <= file.size(); ++p) {
-    EXPECT_EQ(le16(file, at), p);
-    size_t n = le16(file, at + 2);
-    EXPECT_LE(n, 8192u);
-    at += 4 + 11 * n;
-  }
-  EXPECT_EQ(at, file.size());
+  EXPECT_EQ(le<uint16_t>(file, 4), 3);
+  EXPECT_EQ(walk_pictures(file, 6, 4, 2), 3u);
 
   // Many pictures of one point: the writer goes through all 65,535.
   Bytes small = huge_picture();

@@ -140,32 +140,27 @@ struct Arg<T*, std::enable_if_t<!std::is_const_v<T>>> {
   }
 };
 
-// Tables the host passes in, with hostile contents: slot hierarchies with
-// parents out of range and cycles, DMX maps naming channels that do not exist.
+// Tables the host passes in. Kind 0 is ordinary (no parents; the identity
+// map), the others hostile: slot hierarchies with parents out of range, pairs
+// of mutual parents and slots that are their own parent; DMX maps naming
+// channels that do not exist.
 template <typename T>
 struct Arg<const T*> {
-  static std::vector<std::vector<int64_t>> contents(size_t n) {
-    std::vector<std::vector<int64_t>> all;
+  static int64_t entry(size_t kind, size_t i) {
+    const int64_t index = static_cast<int64_t>(i);
     if constexpr (std::is_same_v<T, int32_t>) {
-      all = {std::vector<int64_t>(n, -1), std::vector<int64_t>(n, 8), std::vector<int64_t>(n, INT32_MIN),
-             std::vector<int64_t>(n, INT32_MAX), {}, {}};
-      for (size_t i = 0; i < n; ++i) all[4].push_back(static_cast<int64_t>(i ^ 1));  // pairs of mutual parents
-      for (size_t i = 0; i < n; ++i) all[5].push_back(static_cast<int64_t>(i));      // each slot its own parent
+      const int64_t kinds[] = {-1, 8, INT32_MIN, INT32_MAX, index ^ 1, index};
+      return kinds[kind];
     } else {
-      all = {{}, std::vector<int64_t>(n, 0), std::vector<int64_t>(n, 513),
-             std::vector<int64_t>(n, static_cast<int64_t>(std::numeric_limits<T>::max()))};
-      for (size_t i = 0; i < n; ++i) all[0].push_back(static_cast<int64_t>((i + 1) & std::numeric_limits<T>::max()));
+      const int64_t kinds[] = {index + 1, 0, 513, std::numeric_limits<T>::max()};
+      return kinds[kind];
     }
-    return all;
   }
-  static int count(const Call& c, size_t) {
-    return static_cast<int>(contents(elements(c, true)).size()) - 1;
-  }
+  static int count(const Call&, size_t) { return std::is_same_v<T, int32_t> ? 5 : 3; }
   static const T* make(Call& c, size_t, int k) {
     size_t n = elements(c, true);
-    auto table = contents(n)[static_cast<size_t>(k + 1)];
     T* p = c.buffer<T>(n, T{});
-    for (size_t i = 0; i < n; ++i) p[i] = static_cast<T>(table[i]);
+    for (size_t i = 0; i < n; ++i) p[i] = static_cast<T>(entry(static_cast<size_t>(k + 1), i));
     return p;
   }
 };
@@ -222,12 +217,10 @@ void fill_record(Recorder& rec, uint32_t s) {
   // Answers into the reply areas: a picture and three previews.
   Bytes area(16000 * 15 + 6);
   for (size_t i = 0; i < area.size(); ++i) area[i] = static_cast<uint8_t>(i * 7 + s);
-  area[0] = 3;  // small point counts: the writers run thousands of times
-  area[1] = 0;
+  area[0] = area[3] = 3;  // small point counts: the writers run thousands of times
+  area[1] = area[4] = 0;
   for (uint8_t opcode : {0x06, 0x7B, 0x7E})
     rec.set_reply(opcode, Bytes(area.begin(), area.begin() + (opcode == 0x06 ? 176006 : 240006)));
-  area[3] = 3;
-  area[4] = 0;
   rec.set_reply(0x04, Bytes(area.begin(), area.begin() + 90117));
   displaygetpic(s, 1);
   uint16_t count;
@@ -292,14 +285,13 @@ Bytes observe(Recorder& rec, uint32_t s) {
     add_value(count);
   }
   for (uint16_t i = 0; i < 16000; ++i) {
-    uint16_t x = 0, y = 0;
+    uint16_t xy[2] = {};
     int32_t fx[4] = {};
     uint8_t c[12] = {};
-    displaygetpreviewbuffervector(s, i, &x, &y, &c[0], &c[1], &c[2], &c[3]);
+    displaygetpreviewbuffervector(s, i, &xy[0], &xy[1], &c[0], &c[1], &c[2], &c[3]);
     displaygetfullpreviewbuffervector(s, i, &fx[0], &fx[1], &c[4], &c[5], &c[6], &c[7]);
     displaygetvistrelbuffervector(s, i, &fx[2], &fx[3], &c[8], &c[9], &c[10], &c[11]);
-    add_value(x);
-    add_value(y);
+    add(xy, sizeof xy);
     add(fx, sizeof fx);
     add(c, sizeof c);
   }
@@ -330,21 +322,17 @@ Paths make_paths() {
   Bytes content(700);
   for (size_t i = 0; i < content.size(); ++i) content[i] = static_cast<uint8_t>(i * 13 + 1);
   for (const char* ext : {".cat", ".lds", ".ild", ".pal", ".rgb", ".pic", ".las", ".flx", ".CAT", ""}) {
-    std::string file = folder + "/data" + ext;
-    write_file(file, content);
-    p.all.push_back(file);
+    p.all.push_back(folder + "/data" + ext);
+    write_file(p.all.back(), content);
   }
   write_file(folder + "/empty.cat", {});
-  p.all.push_back(folder + "/empty.cat");
   p.baseline = p.all[0];
-  p.all.push_back("");
-  p.all.push_back(folder);                       // a folder, not a file
-  p.all.push_back(folder + "/");                 // the same, with a separator
-  p.all.push_back(folder + "/missing.cat");      // does not exist
-  p.all.push_back(folder + "/gone/inner.lds");   // its folder does not exist
-  p.all.push_back(folder + "/" + std::string(5000, 'n') + ".pal");  // longer than any path
-  p.all.push_back("0123456789ABCDE");            // 15 characters: a name that fits
-  p.all.push_back("0123456789ABCDEF");           // 16: one too many for a name
+  // Then an empty file and path, a folder with and without a separator, a
+  // missing file, a file in a missing folder, a path longer than any, and
+  // names of 15 characters (fits) and 16 (one too many).
+  p.all.insert(p.all.end(), {folder + "/empty.cat", "", folder, folder + "/", folder + "/missing.cat",
+                             folder + "/gone/inner.lds", folder + "/" + std::string(5000, 'n') + ".pal",
+                             "0123456789ABCDE", "0123456789ABCDEF"});
   return p;
 }
 

@@ -4,6 +4,7 @@
 // no half-written file behind. The faults come from the platform layer's test
 // hooks: KALVOR_FAULT_WRITE_LIMIT (a file full at N bytes) and
 // KALVOR_FAULT_RENAME (the final rename fails).
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -15,20 +16,21 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// A writer: the file name it writes, and the commands it sends even when the
+// file cannot be created.
 struct Writer {
-  const char* name;
-  const char* file;                   // file name, extension included
+  const char* file;
   void (*save)(const char* path);
-  int sends_before_create;            // commands sent even when the file cannot be created
+  int sends_before_create;
 };
 
 const Writer kWriters[] = {
-    {"displaysavepal", "colours.pal", [](const char* p) { displaysavepal(1, 2, p); }, 0},
-    {"displaysavepic", "one.pic", [](const char* p) { displaysavepic(1, p, 1); }, 1},
-    {"displayexportilda", "two.ild", [](const char* p) { displayexportilda(1, p, 1, 2); }, 0},
-    {"saveCAT", "all.cat", [](const char* p) { saveCAT(1, p); }, 0},
-    {"savecat", "all.cat", [](const char* p) { savecat(1, p); }, 0},
-    {"saveLDS", "all.lds", [](const char* p) { saveLDS(1, p); }, 0},
+    {"colours.pal", [](const char* p) { displaysavepal(1, 2, p); }, 0},
+    {"one.pic", [](const char* p) { displaysavepic(1, p, 1); }, 1},
+    {"two.ild", [](const char* p) { displayexportilda(1, p, 1, 2); }, 0},
+    {"all.cat", [](const char* p) { saveCAT(1, p); }, 0},
+    {"upper.CAT", [](const char* p) { savecat(1, p); }, 0},
+    {"all.lds", [](const char* p) { saveLDS(1, p); }, 0},
 };
 
 // Sets an environment variable for the life of the object.
@@ -77,35 +79,26 @@ class SafeSave : public KalvorTest {
 TEST_F(SafeSave, FailedSaveKeepsTheEarlierFileAndLeavesNoTemporaryFile) {
   const Bytes earlier = {'e', 'a', 'r', 'l', 'i', 'e', 'r'};
   for (const Writer& w : kWriters) {
-    SCOPED_TRACE(w.name);
+    SCOPED_TRACE(w.file);
     const std::string path = folder + "/" + w.file;
     w.save(path.c_str());
     const Bytes reference = read_file(path);
     ASSERT_GT(reference.size(), 16u);
     fs::remove(path);
 
-    std::vector<size_t> limits = {0, 1, 14, reference.size() / 2, reference.size() - 1};
-    for (size_t limit : limits) {
+    // The disk full at each size, then the rename failing (SIZE_MAX), then
+    // exactly the room the file needs (the last).
+    const size_t n = reference.size();
+    for (size_t limit : {size_t{0}, size_t{1}, size_t{14}, n / 2, n - 1, SIZE_MAX, n}) {
       write_file(path, earlier);
       {
-        Fault full("KALVOR_FAULT_WRITE_LIMIT", std::to_string(limit));
+        Fault fault(limit == SIZE_MAX ? "KALVOR_FAULT_RENAME" : "KALVOR_FAULT_WRITE_LIMIT",
+                    limit == SIZE_MAX ? "1" : std::to_string(limit));
         w.save(path.c_str());
       }
-      EXPECT_EQ(read_file(path), earlier) << "disk full at " << limit;
-      EXPECT_EQ(listing(), std::vector<std::string>{w.file}) << "disk full at " << limit;
+      EXPECT_EQ(read_file(path), limit == n ? reference : earlier) << "limit " << limit;
+      EXPECT_EQ(listing(), std::vector<std::string>{w.file}) << "limit " << limit;
     }
-    {
-      Fault vanished("KALVOR_FAULT_RENAME", "1");
-      w.save(path.c_str());
-    }
-    EXPECT_EQ(read_file(path), earlier);
-    EXPECT_EQ(listing(), std::vector<std::string>{w.file});
-    {
-      Fault exact("KALVOR_FAULT_WRITE_LIMIT", std::to_string(reference.size()));
-      w.save(path.c_str());
-    }
-    EXPECT_EQ(read_file(path), reference);
-    EXPECT_EQ(listing(), std::vector<std::string>{w.file});
     fs::remove(path);
   }
 }
@@ -114,7 +107,7 @@ TEST_F(SafeSave, FailedSaveKeepsTheEarlierFileAndLeavesNoTemporaryFile) {
 // sends anything except the picture query that displaysavepic sends first.
 TEST_F(SafeSave, FileThatCannotBeCreatedSendsNothing) {
   for (const Writer& w : kWriters) {
-    SCOPED_TRACE(w.name);
+    SCOPED_TRACE(w.file);
     rec.clear();
     rec.emulate_pictures(true);
     const std::string missing_folder = folder + "/gone/" + w.file;

@@ -2,33 +2,17 @@
 // picture memory in between: ILDA -> catalogue -> show -> picture file -> ILDA.
 #include <vector>
 
+#include "pictures_support.h"
 #include "points.h"
-#include "support/harness.h"
 #include "transports/virtual/virtual_scanner.h"
 
 using namespace kt;
 
 namespace {
 
-void put16(Bytes& b, int v) {
-  b.push_back(static_cast<uint8_t>(v >> 8));
-  b.push_back(static_cast<uint8_t>(v));
-}
-
-// One ILDA section: head, name, company, count, frame number, total, projector.
-void section(Bytes& b, uint8_t format, int count) {
-  b.insert(b.end(), {'I', 'L', 'D', 'A', 0, 0, 0, format});
-  b.insert(b.end(), 16, ' ');
-  put16(b, count);
-  put16(b, 0);
-  put16(b, 1);
-  b.insert(b.end(), {0, 0});
-}
-
 // A format-4 point (3-D true colour).
-void point4(Bytes& b, int x, int y, int z, uint8_t status, uint8_t red, uint8_t green, uint8_t blue) {
-  put16(b, x), put16(b, y), put16(b, z);
-  b.insert(b.end(), {status, blue, green, red});
+Bytes point4(int16_t x, int16_t y, int16_t z, uint8_t status, uint8_t red, uint8_t green, uint8_t blue) {
+  return concat({be16(uint16_t(x)), be16(uint16_t(y)), be16(uint16_t(z)), Bytes{status, blue, green, red}});
 }
 
 }  // namespace
@@ -42,16 +26,14 @@ class RoundTrip : public KalvorTest {
 };
 
 TEST_F(RoundTrip, IldaThroughCatalogueShowAndPictureFileKeepsWhatEachFormatHolds) {
-  Bytes ilda;
-  section(ilda, 4, 5);
-  point4(ilda, -30000, 30000, 100, 0x40, 10, 20, 30);  // blanked move, with a colour
-  point4(ilda, 30000, 30000, -100, 0x00, 255, 0, 0);   // drawn red
-  point4(ilda, 30000, -30000, 0, 0x00, 0, 0, 0);       // drawn black
-  point4(ilda, -32768, -32768, 32767, 0x00, 1, 2, 3);  // the extreme corner
-  point4(ilda, 0, 0, 0, 0x80, 9, 8, 7);                // the last-point bit is ignored
-  section(ilda, 0, 0);
   std::string path = temp_path("in.ild");
-  write_file(path, ilda);
+  write_file(path, concat({ilda_header(4, 5),
+                           point4(-30000, 30000, 100, 0x40, 10, 20, 30),  // blanked move, with a colour
+                           point4(30000, 30000, -100, 0x00, 255, 0, 0),   // drawn red
+                           point4(30000, -30000, 0, 0x00, 0, 0, 0),       // drawn black
+                           point4(-32768, -32768, 32767, 0x00, 1, 2, 3),  // the extreme corner
+                           point4(0, 0, 0, 0x80, 9, 8, 7),                // the last-point bit is ignored
+                           ilda_header(0, 0)}));
   displayimportilda(1, path.c_str(), 0);
   const std::vector<Point> imported = read_back(1, 1);
   ASSERT_EQ(imported.size(), 5u);
@@ -97,12 +79,8 @@ TEST_F(RoundTrip, IldaThroughCatalogueShowAndPictureFileKeepsWhatEachFormatHolds
 
 TEST_F(RoundTrip, IndexedColoursSurviveTheScannersFormatsButNotIldaOutput) {
   // Format 1 (2-D indexed): colour index 70 is stored as 6, with white.
-  Bytes ilda;
-  section(ilda, 1, 2);
-  put16(ilda, 100), put16(ilda, 100), ilda.insert(ilda.end(), {0x40, 3});
-  put16(ilda, 200), put16(ilda, 100), ilda.insert(ilda.end(), {0x00, 70});
   std::string path = temp_path("indexed.ild"), cat = temp_path("indexed.cat"), out = temp_path("out.ild");
-  write_file(path, ilda);
+  write_file(path, concat({ilda_header(1, 2), be16(100), be16(100), {0x40, 3}, be16(200), be16(100), {0x00, 70}}));
   displayimportilda(1, path.c_str(), 1);
   const std::vector<Point> imported = read_back(1, 1);
   ASSERT_EQ(imported.size(), 2u);
