@@ -49,26 +49,31 @@ void convert_point(const uint8_t* r, uint8_t* p) {
 // 8192nd record on every record lands on slot 8191, which is not sent, so a
 // frame keeps at most 8191 points. With `fold`, a record equal byte for byte
 // to the last stored one raises that point's repeat count (up to 15) instead.
+// A record that is folded equals the last stored one, so comparing each
+// record with the one before it (kept across blocks in `prev`) is the same.
 // One loop per format and folding choice keeps offsets and sizes constant.
 template <const PointFormat& f, bool fold>
 uint32_t read_frame(FileReader& file, uint8_t* rec, uint32_t n) {
   uint8_t* area = upload_area(rec);
   uint32_t k = 0, last = 0;
-  bool have_last = false;
-  uint8_t last_raw[kMaxRecord];
-  uint32_t got = read_records(file, f.size, n, [&](const uint8_t* r, uint32_t) {
-    if (fold && have_last && memcmp(r, last_raw, f.size) == 0) {
-      uint8_t& repeat = point_at(area, last)[point::repeatByte.offset];
-      if (repeat < 15) ++repeat;
-      return;
+  uint8_t prev[kMaxRecord] = {};
+  uint32_t got = read_blocks(file, f.size, n, [&](const uint8_t* r, uint32_t first, uint32_t count) {
+    uint8_t* const points = area;    // locals stay in registers for the whole block
+    uint32_t at = k, stored = last;
+    const uint8_t* before = prev;    // the record before r, if any
+    bool has_before = first > 0;
+    for (const uint8_t* end = r + f.size * count; r < end; before = r, r += f.size, has_before = true) {
+      if (fold && has_before && memcmp(r, before, f.size) == 0) {
+        uint8_t& repeat = point_at(points, stored)[point::repeatByte.offset];
+        if (repeat < 15) ++repeat;
+        continue;
+      }
+      convert_point<f>(r, point_at(points, at));
+      stored = at;
+      if (++at > kLastSlot) at = kLastSlot;
     }
-    convert_point<f>(r, point_at(area, k));
-    if (fold) {
-      memcpy(last_raw, r, f.size);
-      have_last = true;
-      last = k;
-    }
-    if (++k > kLastSlot) k = kLastSlot;
+    if (fold) memcpy(prev, before, f.size);
+    k = at, last = stored;
   });
   if (got < n) {  // the file ends inside the section
     uint32_t end = k + (n - got) < kLastSlot ? k + (n - got) : kLastSlot;
