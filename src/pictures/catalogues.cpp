@@ -20,7 +20,7 @@ enum : uint8_t { kIndexedPoints = 0, kPoints = 1, kPointsAfterFour = 2, kColourP
 // (true colour without z) into the upload area.
 void read_short_points(FileReader& file, uint8_t* rec, uint8_t type, uint32_t n) {
   uint8_t* area = upload_area(rec);
-  uint32_t got = read_blocks(file, kShortRecordSize, n, [rec, area, type](const uint8_t* r, uint32_t first, uint32_t count) {
+  auto convert = [rec, area, type](const uint8_t* r, uint32_t first, uint32_t count) {
     for (uint8_t* p = point_at(area, first); count--; r += kShortRecordSize, p += point::size) {
       uint16_t x = load_le<uint16_t>(r), y = load_le<uint16_t>(r + 2);
       if (type == kIndexedPoints) {
@@ -31,7 +31,8 @@ void read_short_points(FileReader& file, uint8_t* rec, uint8_t type, uint32_t n)
         put_point(p, x, y, 0, status, r[4], r[5], r[6], r[7]);
       }
     }
-  });
+  };
+  uint32_t got = read_blocks(file, kShortRecordSize, n, convert);
   blank_points(area, got, n);
 }
 
