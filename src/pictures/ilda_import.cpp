@@ -18,16 +18,17 @@ constexpr uint8_t kTrueColourPalette = 3;
 
 // Where a point format keeps its fields; z 0 means a 2-D format. True-colour
 // formats hold blue, green, red from `colour` on; indexed ones a colour index.
-// `groups` converts runs of records faster where it can (formats 0 and 5).
+// With `grouped`, `groups` converts runs of records faster where it can
+// (formats 0 and 5).
 struct PointFormat {
   uint8_t size, z, status, colour;
-  bool true_colour, black_blanks;
+  bool true_colour, black_blanks, grouped;
   GroupConverter groups;
 };
-constexpr PointFormat kIndexed3D{8, 4, 6, 7, false, false, convert_groups_format0};    // format 0
-constexpr PointFormat kIndexed2D{6, 0, 4, 5, false, false, nullptr};                   // format 1
-constexpr PointFormat kTrueColour3D{10, 4, 6, 7, true, false, nullptr};                // format 4
-constexpr PointFormat kTrueColour2D{8, 0, 4, 5, true, true, convert_groups_format5};  // format 5
+constexpr PointFormat kIndexed3D{8, 4, 6, 7, false, false, true, convert_groups_format0};    // format 0
+constexpr PointFormat kIndexed2D{6, 0, 4, 5, false, false, false, nullptr};                  // format 1
+constexpr PointFormat kTrueColour3D{10, 4, 6, 7, true, false, false, nullptr};               // format 4
+constexpr PointFormat kTrueColour2D{8, 0, 4, 5, true, true, true, convert_groups_format5};  // format 5
 
 template <const PointFormat& f>
 void convert_point(const uint8_t* r, uint8_t* p) {
@@ -78,7 +79,7 @@ uint32_t read_frame(FileReader& file, uint8_t* rec, uint32_t n) {
     const uint8_t* end = r + f.size * count;
     // Records that each get a slot of their own, and nothing to fold, go to
     // the group converter first; the loop below takes the rest.
-    if constexpr (f.groups != nullptr) {
+    if constexpr (f.grouped) {
       if (!fold || !any_repeat<f>(r, count, has_before ? before : nullptr)) {
         uint32_t room = kLastSlot - at;
         uint32_t done = f.groups(r, count < room ? count : room, point_at(points, at));
