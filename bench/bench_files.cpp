@@ -1,8 +1,10 @@
 // The picture file readers and writers, in points per second, each beside
 // two floors: moving the same bytes between file and memory, and one
-// unbuffered read or write per record.
+// unbuffered read or write per record. Every file benchmark runs once per
+// data size, so that one run shows whether a cost depends on the file's size.
 #include <cstdio>
 #include <cstring>
+#include <map>
 #include <vector>
 
 #include "kalvor/kalvor.h"
@@ -63,12 +65,14 @@ void save(const std::string& path, const Bytes& bytes) {
   std::fclose(f);
 }
 
-// Generates a file of about data_bytes() with pictures of 1000 points:
+// Generates a file of about `mb` megabytes with pictures of 1000 points:
 // `header` writes what comes before the pictures, `picture` one picture
 // (given its index and first point), `trailer` what follows them.
 template <typename Header, typename Picture, typename Trailer>
-DataFile generate(const char* name, uint32_t bytes_per_point, Header header, Picture picture, Trailer trailer) {
-  DataFile file{kb::temp_file(name), kb::data_bytes() / (bytes_per_point * kPointsPerPicture)};
+DataFile generate(const std::string& name, uint32_t mb, uint32_t bytes_per_point, Header header, Picture picture,
+                  Trailer trailer) {
+  DataFile file{kb::temp_file(std::to_string(mb) + "MB-" + name),
+                kb::megabytes(mb) / (bytes_per_point * kPointsPerPicture)};
   if (file.pictures > 30000) file.pictures = 30000;  // picture numbers stay in range
   Bytes out;
   out.data.reserve(file.pictures * (kPointsPerPicture * bytes_per_point + 32) + 64);
@@ -79,79 +83,115 @@ DataFile generate(const char* name, uint32_t bytes_per_point, Header header, Pic
   return file;
 }
 
+// One generated file per size, made on first use.
+template <typename Make>
+const DataFile& cached(std::map<uint32_t, DataFile>& files, uint32_t mb, Make make) {
+  auto it = files.find(mb);
+  if (it == files.end()) it = files.emplace(mb, make(mb)).first;
+  return it->second;
+}
+
 void ilda_header(Bytes& out, uint32_t format, uint32_t records, uint32_t number, uint32_t total) {
   out.text("ILDA", 4), out.zeros(3), out.u8(format);
   out.text("BENCH   kalvor  ", 16);
   out.be16(records), out.be16(number), out.be16(total), out.u8(0), out.u8(0);
 }
 
-const DataFile& ilda(uint32_t format) {
-  auto make = [](uint32_t format) {
-    auto frame = [format](Bytes& out, uint64_t i, uint64_t first) {
-      ilda_header(out, format, kPointsPerPicture, static_cast<uint32_t>(i), 0);
-      for (uint64_t k = first; k < first + kPointsPerPicture; ++k) {
-        Point p = point(k);
-        out.be16(p.x), out.be16(p.y);
-        if (format == 0) out.be16(p.z), out.u8(p.blank << 6), out.u8(p.colour);
-        else out.u8(p.blank << 6), out.u8(p.b), out.u8(p.g), out.u8(p.r);
-      }
-    };
-    auto closing = [format](Bytes& out, uint64_t) { ilda_header(out, format, 0, 0, 0); };
-    return generate(format == 0 ? "frames-0.ild" : "frames-5.ild", 8, [](Bytes&, uint64_t) {}, frame, closing);
+DataFile make_ilda(uint32_t format, uint32_t mb) {
+  auto frame = [format](Bytes& out, uint64_t i, uint64_t first) {
+    ilda_header(out, format, kPointsPerPicture, static_cast<uint32_t>(i), 0);
+    for (uint64_t k = first; k < first + kPointsPerPicture; ++k) {
+      Point p = point(k);
+      out.be16(p.x), out.be16(p.y);
+      if (format == 0) out.be16(p.z), out.u8(p.blank << 6), out.u8(p.colour);
+      else out.u8(p.blank << 6), out.u8(p.b), out.u8(p.g), out.u8(p.r);
+    }
   };
-  static const DataFile format0 = make(0), format5 = make(5);
-  return format == 0 ? format0 : format5;
+  auto closing = [format](Bytes& out, uint64_t) { ilda_header(out, format, 0, 0, 0); };
+  return generate(format == 0 ? "frames-0.ild" : "frames-5.ild", mb, 8, [](Bytes&, uint64_t) {}, frame, closing);
+}
+const DataFile& ilda0(uint32_t mb) {
+  static std::map<uint32_t, DataFile> files;
+  return cached(files, mb, [](uint32_t mb) { return make_ilda(0, mb); });
+}
+const DataFile& ilda5(uint32_t mb) {
+  static std::map<uint32_t, DataFile> files;
+  return cached(files, mb, [](uint32_t mb) { return make_ilda(5, mb); });
 }
 
-const DataFile& las() {
-  static const DataFile file = generate(
-      "frames.las", kPointBytes, [](Bytes& out, uint64_t pictures) { out.le16(0), out.le16(pictures - 1); },
-      [](Bytes& out, uint64_t, uint64_t first) {
-        out.le16(0), out.le16(kPointsPerPicture - 1), out.zeros(4);
-        for (uint64_t k = first; k < first + kPointsPerPicture; ++k) {
-          Point p = point(k);
-          out.u8(0), out.le16(p.x & 0xFFF), out.le16(p.y & 0xFFF), out.u8(p.blank), out.u8(0), out.u8(p.colour);
-          out.zeros(3);
-        }
-        out.zeros(2);
-      },
-      [](Bytes&, uint64_t) {});
-  return file;
+const DataFile& las(uint32_t mb) {
+  static std::map<uint32_t, DataFile> files;
+  return cached(files, mb, [](uint32_t mb) {
+    return generate(
+        "frames.las", mb, kPointBytes, [](Bytes& out, uint64_t pictures) { out.le16(0), out.le16(pictures - 1); },
+        [](Bytes& out, uint64_t, uint64_t first) {
+          out.le16(0), out.le16(kPointsPerPicture - 1), out.zeros(4);
+          for (uint64_t k = first; k < first + kPointsPerPicture; ++k) {
+            Point p = point(k);
+            out.u8(0), out.le16(p.x & 0xFFF), out.le16(p.y & 0xFFF), out.u8(p.blank), out.u8(0), out.u8(p.colour);
+            out.zeros(3);
+          }
+          out.zeros(2);
+        },
+        [](Bytes&, uint64_t) {});
+  });
 }
 
-const DataFile& flx() {
-  static const DataFile file = generate(
-      "frames.flx", kPointBytes, [](Bytes& out, uint64_t pictures) { out.le16(pictures), out.zeros(9); },
-      [](Bytes& out, uint64_t, uint64_t first) {
-        out.le16(kPointsPerPicture), out.zeros(9);
-        for (uint64_t k = first; k < first + kPointsPerPicture; ++k) {
-          Point p = point(k);
-          out.le16(p.x), out.le16(p.y), out.zeros(5), out.u8(p.colour % 3), out.u8(0);
-        }
-      },
-      [](Bytes&, uint64_t) {});
-  return file;
+const DataFile& flx(uint32_t mb) {
+  static std::map<uint32_t, DataFile> files;
+  return cached(files, mb, [](uint32_t mb) {
+    return generate(
+        "frames.flx", mb, kPointBytes, [](Bytes& out, uint64_t pictures) { out.le16(pictures), out.zeros(9); },
+        [](Bytes& out, uint64_t, uint64_t first) {
+          out.le16(kPointsPerPicture), out.zeros(9);
+          for (uint64_t k = first; k < first + kPointsPerPicture; ++k) {
+            Point p = point(k);
+            out.le16(p.x), out.le16(p.y), out.zeros(5), out.u8(p.colour % 3), out.u8(0);
+          }
+        },
+        [](Bytes&, uint64_t) {});
+  });
 }
 
-const DataFile& catalogue() {
-  static const DataFile file = generate(
-      "pictures.cat", kPointBytes, [](Bytes&, uint64_t) {},
-      [](Bytes& out, uint64_t, uint64_t first) {
-        out.u8(1), out.le16(kPointsPerPicture);
-        for (uint64_t k = first; k < first + kPointsPerPicture; ++k) picture_point(out, point(k));
-      },
-      [](Bytes&, uint64_t) {});
-  return file;
+const DataFile& catalogue(uint32_t mb) {
+  static std::map<uint32_t, DataFile> files;
+  return cached(files, mb, [](uint32_t mb) {
+    return generate(
+        "pictures.cat", mb, kPointBytes, [](Bytes&, uint64_t) {},
+        [](Bytes& out, uint64_t, uint64_t first) {
+          out.u8(1), out.le16(kPointsPerPicture);
+          for (uint64_t k = first; k < first + kPointsPerPicture; ++k) picture_point(out, point(k));
+        },
+        [](Bytes&, uint64_t) {});
+  });
 }
 
-const DataFile& show() {
-  static const DataFile file = generate(
-      "pictures.lds", kPointBytes, [](Bytes& out, uint64_t pictures) { out.zeros(4), out.le16(pictures); },
-      [](Bytes& out, uint64_t i, uint64_t first) {
-        out.le16(i), out.le16(kPointsPerPicture);
-        for (uint64_t k = first; k < first + kPointsPerPicture; ++k) picture_point(out, point(k));
-      },
-      [](Bytes&, uint64_t) {});
+const DataFile& show(uint32_t mb) {
+  static std::map<uint32_t, DataFile> files;
+  return cached(files, mb, [](uint32_t mb) {
+    return generate(
+        "pictures.lds", mb, kPointBytes, [](Bytes& out, uint64_t pictures) { out.zeros(4), out.le16(pictures); },
+        [](Bytes& out, uint64_t i, uint64_t first) {
+          out.le16(i), out.le16(kPointsPerPicture);
+          for (uint64_t k = first; k < first + kPointsPerPicture; ++k) picture_point(out, point(k));
+        },
+        [](Bytes&, uint64_t) {});
+  });
+}
+
+// A picture file holds one picture, so it has one size: 8192 points (90 KB
+// in the current layout, 64 KB in the older one) behind the 14-byte header.
+constexpr uint32_t kPicPoints = 8192;
+DataFile make_pic(bool older) {
+  Bytes out;
+  out.be16(older ? 0 : 1024), out.zeros(4), out.be16(kPicPoints), out.be16(1), out.zeros(4);
+  for (uint64_t k = 0; k < kPicPoints; ++k) {
+    Point p = point(k);
+    if (!older) picture_point(out, p);
+    else out.u8(p.blank), out.u8(p.colour), out.be16(p.x), out.be16(p.y), out.be16(p.z);
+  }
+  DataFile file{kb::temp_file(older ? "older.pic" : "current.pic"), 1};
+  save(file.path, out);
   return file;
 }
 
@@ -160,9 +200,8 @@ const DataFile& show() {
 // Runs a reader over a file and checks that it sent every picture: `extra`
 // commands and bytes besides the pictures (the closing ILDA header, the
 // clear command).
-template <typename Read>
 void reader(benchmark::State& state, const DataFile& file, uint64_t extra_commands, uint64_t extra_bytes,
-            Read read) {
+            void (*read)(const char*)) {
   if (!kb::start(state)) return;
   for (auto _ : state) read(file.path.c_str());
   kb::NullTransport& t = kb::null_transport();
@@ -172,64 +211,109 @@ void reader(benchmark::State& state, const DataFile& file, uint64_t extra_comman
   state.SetItemsProcessed(static_cast<int64_t>(n * file.points()));
 }
 
-void ilda_import(benchmark::State& state, uint32_t format) {
-  reader(state, ilda(format), 1, 5, [](const char* path) { displayimportilda(kScanner, path, 1); });
-}
-void ilda_import_index(benchmark::State& state, uint32_t format) {
-  reader(state, ilda(format), 1, 5, [](const char* path) { displayimportildafromindex(kScanner, 0, path, 1); });
-}
-void las_import(benchmark::State& state) {
-  reader(state, las(), 0, 0, [](const char* path) { displayimportlas(kScanner, path, 1); });
-}
-void flx_import(benchmark::State& state) {
-  reader(state, flx(), 0, 0, [](const char* path) { displayimportflx(kScanner, path, 1); });
-}
-void cat_load(benchmark::State& state) {
-  reader(state, catalogue(), 1, 1, [](const char* path) { loadCAT(kScanner, path); });
-}
-void lds_load(benchmark::State& state) {
-  reader(state, show(), 1, 1, [](const char* path) { loadLDS(kScanner, path); });
+// The files a reader can read, each with its floors.
+struct FileKind {
+  const char* name;
+  const DataFile& (*file)(uint32_t mb);
+  uint32_t record_size;  // of the one-call-per-record floor
+};
+constexpr FileKind kIlda0{"ilda0", ilda0, 8}, kIlda5{"ilda5", ilda5, 8}, kLas{"las", las, kPointBytes},
+    kFlx{"flx", flx, kPointBytes}, kCatalogue{"cat", catalogue, kPointBytes}, kShow{"lds", show, kPointBytes};
+constexpr const FileKind* kFileKinds[] = {&kIlda0, &kIlda5, &kLas, &kFlx, &kCatalogue, &kShow};
+
+// A reader: its file, the commands and bytes it sends besides the pictures,
+// and the call.
+struct ReaderCase {
+  const char* label;
+  const char* name;
+  const FileKind& kind;
+  uint32_t extra_commands, extra_bytes;
+  void (*read)(const char* path);
+};
+const ReaderCase kReaders[] = {
+    {"ILDA import, format 0", "ilda_import/format0", kIlda0, 1, 5,
+     [](const char* p) { displayimportilda(kScanner, p, 1); }},
+    {"ILDA import, format 5", "ilda_import/format5", kIlda5, 1, 5,
+     [](const char* p) { displayimportilda(kScanner, p, 1); }},
+    {"ILDA import with folding, format 0", "ilda_import_index/format0", kIlda0, 1, 5,
+     [](const char* p) { displayimportildafromindex(kScanner, 0, p, 1); }},
+    {"ILDA import from an index, format 5", "ilda_import_index/format5", kIlda5, 1, 5,
+     [](const char* p) { displayimportildafromindex(kScanner, 0, p, 1); }},
+    {"LAS import", "las_import", kLas, 0, 0, [](const char* p) { displayimportlas(kScanner, p, 1); }},
+    {"FLX import", "flx_import", kFlx, 0, 0, [](const char* p) { displayimportflx(kScanner, p, 1); }},
+    {"loadCAT", "cat_load", kCatalogue, 1, 1, [](const char* p) { loadCAT(kScanner, p); }},
+    {"loadLDS", "lds_load", kShow, 1, 1, [](const char* p) { loadLDS(kScanner, p); }},
+};
+
+std::string sized(const std::string& name, uint32_t mb) { return name + "/" + std::to_string(mb) + "MB"; }
+
+void register_readers(uint32_t mb) {
+  for (const FileKind* kind : kFileKinds)
+    benchmark::RegisterBenchmark(sized(std::string("read_floor/") + kind->name, mb).c_str(),
+                                 [kind, mb](benchmark::State& state) {
+                                   const DataFile& file = kind->file(mb);
+                                   kb::floor_stream(state, file.path, file.points());
+                                 })
+        ->Unit(benchmark::kMillisecond);
+  for (const ReaderCase& r : kReaders) {
+    std::string name = sized(r.name, mb);
+    benchmark::RegisterBenchmark(name.c_str(),
+                                 [&r, mb](benchmark::State& state) {
+                                   reader(state, r.kind.file(mb), r.extra_commands, r.extra_bytes, r.read);
+                                 })
+        ->Unit(benchmark::kMillisecond);
+    std::string label = std::string(r.label) + ", " + std::to_string(mb) + " MB";
+    kb::compare(label, name, sized(std::string("read_floor/") + r.kind.name, mb), kb::Goal::within, 2);
+    kb::compare(label, name, std::string("read_per_record/") + r.kind.name, kb::Goal::faster, 20);
+  }
 }
 
-BENCHMARK_CAPTURE(ilda_import, format0, 0)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ilda_import, format5, 5)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ilda_import_index, format0, 0)->Unit(benchmark::kMillisecond);
-BENCHMARK(las_import)->Unit(benchmark::kMillisecond);
-BENCHMARK(flx_import)->Unit(benchmark::kMillisecond);
-BENCHMARK(cat_load)->Unit(benchmark::kMillisecond);
-BENCHMARK(lds_load)->Unit(benchmark::kMillisecond);
-
-// Reader floors, per file: read it whole, and one read per record.
-void read_floor(benchmark::State& state, const DataFile& (*file)()) {
-  kb::floor_read(state, file().path, file().points());
+// One call per record costs the same at any size: measured once, on the
+// first 8 MB of the smallest file.
+void register_per_record_floors(uint32_t mb) {
+  for (const FileKind* kind : kFileKinds)
+    benchmark::RegisterBenchmark((std::string("read_per_record/") + kind->name).c_str(),
+                                 [kind, mb](benchmark::State& state) {
+                                   kb::floor_read_per_record(state, kind->file(mb).path, kind->record_size);
+                                 })
+        ->Unit(benchmark::kMillisecond);
 }
-void read_per_record(benchmark::State& state, const DataFile& (*file)(), uint32_t record_size) {
-  kb::floor_read_per_record(state, file().path, record_size);
-}
-const DataFile& ilda0() { return ilda(0); }
-const DataFile& ilda5() { return ilda(5); }
 
-BENCHMARK_CAPTURE(read_floor, ilda0, ilda0)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_floor, ilda5, ilda5)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_floor, las, las)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_floor, flx, flx)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_floor, cat, catalogue)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_floor, lds, show)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_per_record, ilda0, ilda0, 8)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_per_record, ilda5, ilda5, 8)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_per_record, las, las, kPointBytes)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_per_record, flx, flx, kPointBytes)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_per_record, cat, catalogue, kPointBytes)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_per_record, lds, show, kPointBytes)->Unit(benchmark::kMillisecond);
+// Picture files, in both layouts, beside the streaming floor of the same file.
+void picture_file(benchmark::State& state, bool older) {
+  static const DataFile current = make_pic(false), old = make_pic(true);
+  const DataFile& file = older ? old : current;
+  if (!kb::start(state)) return;
+  for (auto _ : state) displayloadpic(kScanner, file.path.c_str(), 1);
+  kb::NullTransport& t = kb::null_transport();
+  if (t.bytes() != static_cast<uint64_t>(state.iterations()) * (5 + kPointBytes * kPicPoints))
+    state.SkipWithError("the reader did not send the picture");
+  state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * kPicPoints));
+}
+void picture_file_floor(benchmark::State& state, bool older) {
+  static const DataFile current = make_pic(false), old = make_pic(true);
+  kb::floor_stream(state, (older ? old : current).path, kPicPoints);
+}
+BENCHMARK_CAPTURE(picture_file, current, false)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(picture_file, older, true)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(picture_file_floor, current, false)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(picture_file_floor, older, true)->Unit(benchmark::kMicrosecond);
+const bool picture_rows = (kb::compare("displayloadpic, 8192 points", "picture_file/current",
+                                       "picture_file_floor/current", kb::Goal::within, 2),
+                           kb::compare("displayloadpic, older layout, 8192 points", "picture_file/older",
+                                       "picture_file_floor/older", kb::Goal::within, 2),
+                           true);
 
 // ---- writers -----------------------------------------------------------------
 
 // Pictures 1..n of 1000 points in the null transport's picture memory, about
-// data_bytes() of points in all.
-uint64_t fill_picture_memory() {
+// `mb` megabytes of points in all.
+uint64_t picture_count(uint32_t mb) {
+  uint64_t pictures = kb::megabytes(mb) / (kPointBytes * kPointsPerPicture);
+  return pictures > 5000 ? 5000 : pictures;  // what the transport's memory holds
+}
+void fill_picture_memory(uint64_t pictures) {
   kb::NullTransport& t = kb::null_transport();
-  uint64_t pictures = kb::data_bytes() / (kPointBytes * kPointsPerPicture);
-  if (pictures > 5000) pictures = 5000;  // what the transport's memory holds
   t.keep_pictures(1);
   Bytes command;
   for (uint64_t i = 1; i <= pictures; ++i) {
@@ -238,20 +322,6 @@ uint64_t fill_picture_memory() {
     for (uint64_t k = 0; k < kPointsPerPicture; ++k) picture_point(command, point(i * kPointsPerPicture + k));
     t.command(kScanner, command.data.data(), static_cast<uint32_t>(command.data.size()), nullptr);
   }
-  return pictures;
-}
-
-// Runs a writer and checks the size of what it wrote; `expected` maps the
-// number of pictures to the file's size.
-template <typename Write, typename Size>
-void writer(benchmark::State& state, const char* name, Write write, Size expected) {
-  if (!kb::start(state)) return;
-  uint64_t pictures = fill_picture_memory();
-  std::string path = kb::temp_file(name);
-  for (auto _ : state) write(path.c_str(), pictures);
-  if (kb::file_size(path) != expected(pictures)) state.SkipWithError("the writer wrote an unexpected size");
-  state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * pictures * kPointsPerPicture));
-  state.counters["bytes"] = static_cast<double>(kb::file_size(path));
 }
 
 // File sizes: a frame header and 8 bytes a point, then the closing header;
@@ -261,56 +331,70 @@ uint64_t ilda_size(uint64_t n) { return n * (32 + 8 * kPointsPerPicture) + 32; }
 uint64_t cat_size(uint64_t n) { return n * (3 + kPointBytes * kPointsPerPicture) + 3; }
 uint64_t lds_size(uint64_t n) { return 6 + n * (4 + kPointBytes * kPointsPerPicture) + 4; }
 
-void ilda_export(benchmark::State& state) {
-  writer(
-      state, "export.ild",
-      [](const char* path, uint64_t n) { displayexportilda(kScanner, path, 1, static_cast<uint16_t>(n)); },
-      ilda_size);
-}
-void cat_save(benchmark::State& state) {
-  writer(state, "saved.cat", [](const char* path, uint64_t) { saveCAT(kScanner, path); }, cat_size);
-}
-void lds_save(benchmark::State& state) {
-  writer(state, "saved.lds", [](const char* path, uint64_t) { saveLDS(kScanner, path); }, lds_size);
-}
-BENCHMARK(ilda_export)->Unit(benchmark::kMillisecond);
-BENCHMARK(cat_save)->Unit(benchmark::kMillisecond);
-BENCHMARK(lds_save)->Unit(benchmark::kMillisecond);
+// A writer: the call (given the path and the number of pictures), the size
+// of the file it must write, and the record size of its per-record floor.
+struct WriterCase {
+  const char* label;
+  const char* name;
+  void (*write)(const char* path, uint64_t pictures);
+  uint64_t (*size)(uint64_t pictures);
+  const char* per_record;
+};
+const WriterCase kWriters[] = {
+    {"ILDA export", "ilda_export",
+     [](const char* path, uint64_t n) { displayexportilda(kScanner, path, 1, static_cast<uint16_t>(n)); }, ilda_size,
+     "write_per_record/ilda"},
+    {"saveCAT", "cat_save", [](const char* path, uint64_t) { saveCAT(kScanner, path); }, cat_size,
+     "write_per_record/points"},
+    {"saveLDS", "lds_save", [](const char* path, uint64_t) { saveLDS(kScanner, path); }, lds_size,
+     "write_per_record/points"},
+};
 
-// Writer floors: the same bytes in 64 KiB blocks, and one write per record.
-void write_floor(benchmark::State& state, uint64_t (*size)(uint64_t)) {
-  uint64_t pictures = kb::data_bytes() / (kPointBytes * kPointsPerPicture);
-  if (pictures > 5000) pictures = 5000;
-  kb::floor_write(state, size(pictures), pictures * kPointsPerPicture);
+// Runs a writer and checks the size of what it wrote.
+void writer(benchmark::State& state, const WriterCase& w, uint32_t mb) {
+  if (!kb::start(state)) return;
+  uint64_t pictures = picture_count(mb);
+  fill_picture_memory(pictures);
+  std::string path = kb::temp_file(std::string(w.name) + ".out");
+  for (auto _ : state) w.write(path.c_str(), pictures);
+  if (kb::file_size(path) != w.size(pictures)) state.SkipWithError("the writer wrote an unexpected size");
+  state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * pictures * kPointsPerPicture));
+  state.counters["bytes"] = static_cast<double>(kb::file_size(path));
 }
-BENCHMARK_CAPTURE(write_floor, ilda, ilda_size)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(write_floor, cat, cat_size)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(write_floor, lds, lds_size)->Unit(benchmark::kMillisecond);
+
+// Writer floors: the same bytes in 64 KiB blocks, per size.
+void register_writers(uint32_t mb) {
+  for (const WriterCase& w : kWriters) {
+    std::string name = sized(w.name, mb), floor = sized(std::string("write_floor/") + w.name, mb);
+    benchmark::RegisterBenchmark(name.c_str(), [&w, mb](benchmark::State& state) { writer(state, w, mb); })
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(floor.c_str(),
+                                 [&w, mb](benchmark::State& state) {
+                                   uint64_t pictures = picture_count(mb);
+                                   kb::floor_write(state, w.size(pictures), pictures * kPointsPerPicture);
+                                 })
+        ->Unit(benchmark::kMillisecond);
+    std::string label = std::string(w.label) + ", " + std::to_string(mb) + " MB";
+    kb::compare(label, name, floor, kb::Goal::within, 3);
+    kb::compare(label, name, w.per_record, kb::Goal::faster, 20);
+  }
+}
+
 void write_per_record(benchmark::State& state, uint32_t record_size) {
   kb::floor_write_per_record(state, record_size);
 }
 BENCHMARK_CAPTURE(write_per_record, ilda, 8)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(write_per_record, points, kPointBytes)->Unit(benchmark::kMillisecond);
 
-// ---- the table ------------------------------------------------------------------
-
-void rows(const char* label, const char* name, const char* floor, const char* per_record) {
-  kb::compare(label, name, floor, kb::Goal::within, 3);
-  kb::compare(label, name, per_record, kb::Goal::faster, 20);
-}
-const bool file_rows = (rows("ILDA import, format 0", "ilda_import/format0", "read_floor/ilda0",
-                             "read_per_record/ilda0"),
-                        rows("ILDA import, format 5", "ilda_import/format5", "read_floor/ilda5",
-                             "read_per_record/ilda5"),
-                        rows("ILDA import with folding, format 0", "ilda_import_index/format0",
-                             "read_floor/ilda0", "read_per_record/ilda0"),
-                        rows("LAS import", "las_import", "read_floor/las", "read_per_record/las"),
-                        rows("FLX import", "flx_import", "read_floor/flx", "read_per_record/flx"),
-                        rows("loadCAT", "cat_load", "read_floor/cat", "read_per_record/cat"),
-                        rows("loadLDS", "lds_load", "read_floor/lds", "read_per_record/lds"),
-                        rows("ILDA export", "ilda_export", "write_floor/ilda", "write_per_record/ilda"),
-                        rows("saveCAT", "cat_save", "write_floor/cat", "write_per_record/points"),
-                        rows("saveLDS", "lds_save", "write_floor/lds", "write_per_record/points"),
-                        true);
-
 }  // namespace
+
+namespace kb {
+
+void register_file_benchmarks() {
+  std::vector<uint32_t> sizes = data_sizes();
+  register_per_record_floors(sizes.front());
+  for (uint32_t mb : sizes) register_readers(mb);
+  for (uint32_t mb : sizes) register_writers(mb);
+}
+
+}  // namespace kb

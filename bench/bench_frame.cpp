@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "kalvor/kalvor.h"
+#include "state/layout.h"
 #include "support.h"
 
 namespace {
@@ -91,45 +92,63 @@ BENCHMARK_CAPTURE(masked, DisplayPivotXYZ,
 BENCHMARK_CAPTURE(masked, DisplaySizeXY, [] { DisplaySizeXY(kScanner, kAllTracks, kAllSlots, 0, 1.0, 1.0); });
 BENCHMARK_CAPTURE(masked, DisplayIntensity, [] { DisplayIntensity(kScanner, kAllTracks, kAllSlots, 0, 1.0); });
 
-// The floor of each: the same arithmetic on aligned arrays of the same fields.
-// The values come from volatile variables, as a call's arguments would, so
-// the compiler cannot fold the arithmetic away.
+// The floor of each: the same arithmetic on the same fields, in the same
+// packed layout (32 track records of 1,170 bytes, each with 8 slot records of
+// 84 bytes, doubles and integers at odd offsets), without the masks and the
+// slot counts. The values come from volatile variables, as a call's
+// arguments would, so the compiler cannot fold the arithmetic away.
 volatile double g_zero = 0.0, g_one = 1.0;
-struct Fields {
-  double angle[32][8][3];
-  int32_t pivot[32][8][3];
-  double size[32][2];
-  double intensity[32];
-};
-Fields g_fields;
+namespace layout = kalvor;
+alignas(64) uint8_t g_tracks[32 * layout::track::size];
+
+uint8_t* track_at(uint32_t t) { return g_tracks + t * layout::track::size; }
+uint8_t* slot_at(uint32_t t, uint32_t s) { return track_at(t) + layout::track::slotsOffset + s * layout::slot::size; }
+
+// fn(base) for every track, or for every slot of every track.
+template <typename Fn>
+void every_track(Fn fn) {
+  for (uint32_t t = 0; t < 32; ++t) fn(track_at(t));
+}
+template <typename Fn>
+void every_slot(Fn fn) {
+  for (uint32_t t = 0; t < 32; ++t)
+    for (uint32_t s = 0; s < 8; ++s) fn(slot_at(t, s));
+}
 
 template <typename Adjust>
 void masked_floor(benchmark::State& state, Adjust adjust) {
   for (auto _ : state) {
-    adjust(g_fields);
+    adjust();
     benchmark::ClobberMemory();
   }
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK_CAPTURE(masked_floor, DisplayAngleXYZ, [](Fields& f) {
+BENCHMARK_CAPTURE(masked_floor, DisplayAngleXYZ, [] {
   double d = g_zero * 360.0;
-  for (auto& track : f.angle)
-    for (auto& slot : track)
-      for (double& angle : slot) angle += d;
+  every_slot([d](uint8_t* sl) {
+    for (auto f : {layout::slot::angleX, layout::slot::angleY, layout::slot::angleZ})
+      layout::store(sl, f, layout::load(sl, f) + d);
+  });
 });
-BENCHMARK_CAPTURE(masked_floor, DisplayPivotXYZ, [](Fields& f) {
+BENCHMARK_CAPTURE(masked_floor, DisplayPivotXYZ, [] {
   double p = g_zero * 65535.0;
-  for (auto& track : f.pivot)
-    for (auto& slot : track)
-      for (int32_t& pivot : slot) pivot = static_cast<int32_t>(pivot + p);
+  every_slot([p](uint8_t* sl) {
+    for (auto f : {layout::slot::pivotX, layout::slot::pivotY, layout::slot::pivotZ})
+      layout::store(sl, f, static_cast<int32_t>(layout::load(sl, f) + p));
+  });
 });
-BENCHMARK_CAPTURE(masked_floor, DisplaySizeXY, [](Fields& f) {
+BENCHMARK_CAPTURE(masked_floor, DisplaySizeXY, [] {
   double x = g_one, y = g_one;
-  for (auto& size : f.size) size[0] *= x, size[1] *= y;
+  every_track([x, y](uint8_t* tr) {
+    layout::store(tr, layout::track::sizeX, layout::load(tr, layout::track::sizeX) * x);
+    layout::store(tr, layout::track::sizeY, layout::load(tr, layout::track::sizeY) * y);
+  });
 });
-BENCHMARK_CAPTURE(masked_floor, DisplayIntensity, [](Fields& f) {
+BENCHMARK_CAPTURE(masked_floor, DisplayIntensity, [] {
   double v = g_one;
-  for (double& intensity : f.intensity) intensity *= v;
+  every_track([v](uint8_t* tr) {
+    layout::store(tr, layout::track::intensity, layout::load(tr, layout::track::intensity) * v);
+  });
 });
 
 const bool masked_rows =

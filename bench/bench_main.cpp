@@ -19,6 +19,7 @@ int main(int argc, char** argv) {
       return 1;
     }
   }
+  kb::register_file_benchmarks();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   kb::RatioReporter reporter;

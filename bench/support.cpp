@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <map>
 #include <vector>
@@ -111,11 +112,18 @@ constexpr uint64_t kPerRecordLimit = 8u << 20;
 
 }  // namespace
 
-uint64_t data_bytes() {
-  const char* mb = std::getenv("KALVOR_BENCH_MB");
-  double value = mb ? std::atof(mb) : 50.0;
-  if (!(value > 0)) value = 50.0;
-  return static_cast<uint64_t>(value * 1024 * 1024);
+std::vector<uint32_t> data_sizes() {
+  const char* list = std::getenv("KALVOR_BENCH_MB");
+  std::vector<uint32_t> sizes;
+  for (const char* p = list ? list : ""; *p;) {
+    char* end = nullptr;
+    unsigned long mb = std::strtoul(p, &end, 10);
+    if (end == p) break;
+    if (mb > 0 && mb <= 1024) sizes.push_back(static_cast<uint32_t>(mb));
+    p = *end == ',' ? end + 1 : end;
+  }
+  if (sizes.empty()) sizes = {10, 50};
+  return sizes;
 }
 
 std::string temp_file(const std::string& name) {
@@ -151,18 +159,29 @@ void close_file(int fd) { close(fd); }
 
 }  // namespace
 
-void floor_read(benchmark::State& state, const std::string& path, uint64_t items) {
-  std::vector<uint8_t> memory(file_size(path));
+void floor_stream(benchmark::State& state, const std::string& path, uint64_t items) {
+  alignas(64) static uint8_t block[kReaderBlock];
   for (auto _ : state) {
-    std::FILE* f = std::fopen(path.c_str(), "rb");
-    if (!f) {
+    int fd = open_for_reading(path.c_str());
+    if (fd < 0) {
       state.SkipWithError("cannot open the data file");
       return;
     }
-    size_t n = std::fread(memory.data(), 1, memory.size(), f);
-    std::fclose(f);
+    // 64 bytes a step into eight independent sums, so that the floor is
+    // bound by the reading and not by its own arithmetic.
     uint64_t sum = 0;
-    for (size_t i = 0; i < n; ++i) sum += memory[i];
+    for (long n; (n = read_some(fd, block, sizeof block)) > 0;) {
+      uint64_t lanes[8] = {};
+      long whole = n / 64 * 64;
+      for (long i = 0; i < whole; i += 64) {
+        uint64_t words[8];
+        std::memcpy(words, block + i, sizeof words);
+        for (int k = 0; k < 8; ++k) lanes[k] += words[k];
+      }
+      for (long i = whole; i < n; ++i) sum += block[i];
+      for (uint64_t lane : lanes) sum += lane;
+    }
+    close_file(fd);
     benchmark::DoNotOptimize(sum);
   }
   state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * items));
@@ -230,7 +249,7 @@ void floor_write_per_record(benchmark::State& state, uint32_t record_size) {
 namespace {
 
 struct Row {
-  const char* label;
+  std::string label;
   std::string name, floor;
   Goal goal;
   double target;
@@ -268,7 +287,7 @@ std::string cost(double rate) {
 
 }  // namespace
 
-void compare(const char* label, const std::string& name, const std::string& floor, Goal goal, double target) {
+void compare(const std::string& label, const std::string& name, const std::string& floor, Goal goal, double target) {
   rows().push_back(Row{label, name, floor, goal, target});
 }
 

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace kb {
 
@@ -46,9 +47,11 @@ bool allocation_target_missed();
 
 // ---- generated data ----------------------------------------------------------
 
-// Size of each generated data file in bytes: KALVOR_BENCH_MB megabytes
-// (default 50).
-uint64_t data_bytes();
+// Sizes of the generated data files, in megabytes: the comma-separated list
+// in KALVOR_BENCH_MB (default "10,50"). Every file benchmark runs once per size.
+std::vector<uint32_t> data_sizes();
+// The same in bytes.
+inline uint64_t megabytes(uint32_t mb) { return uint64_t{mb} << 20; }
 // A path in the program's temporary folder, removed at exit.
 std::string temp_file(const std::string& name);
 // Size of a file in bytes (0 when missing).
@@ -56,10 +59,12 @@ uint64_t file_size(const std::string& path);
 
 // ---- floors ------------------------------------------------------------------
 
-// Reads the whole file into memory and touches every byte. Items: `items`
-// per pass (the points the file holds), so that the rate compares with a
-// reader's points per second.
-void floor_read(benchmark::State& state, const std::string& path, uint64_t items);
+// The readers' floor: reads the file front to back in blocks of the readers'
+// own size (64 KiB) and touches every byte, so its cost per byte does not
+// depend on the file's size. Items: `items` per pass (the points the file
+// holds), so that the rate compares with a reader's points per second.
+void floor_stream(benchmark::State& state, const std::string& path, uint64_t items);
+inline constexpr uint32_t kReaderBlock = 64 * 1024;
 // Reads the file with one unbuffered read per record of `record_size` bytes,
 // over at most its first 8 MB. Items: records read.
 void floor_read_per_record(benchmark::State& state, const std::string& path, uint32_t record_size);
@@ -79,8 +84,11 @@ enum class Goal {
 
 // Registers one row of the table: benchmark `name` against benchmark `floor`
 // (full benchmark names, arguments included).
-void compare(const char* label, const std::string& name, const std::string& floor, Goal goal,
+void compare(const std::string& label, const std::string& name, const std::string& floor, Goal goal,
              double target = 0);
+
+// Registers the picture file benchmarks, one set per data size.
+void register_file_benchmarks();
 
 // Console reporter (plain text, counters in columns) that also prints the
 // comparison table at the end.

@@ -83,3 +83,48 @@ TEST_F(KalvorTest, IldaLimitsAndMalformedFiles) {
   displayimportilda(1, temp_path("missing.ild").c_str(), 0);
   EXPECT_EQ(rec.count(), 0);
 }
+
+TEST_F(KalvorTest, IldaLongSectionsConvertEveryRecordAlike) {
+  // Long sections are converted in groups of 16 and the rest one by one; a
+  // fault in either shows as a point that differs from its own record. Each
+  // record varies every field (blank bit, colour index bits, black and
+  // coloured format-5 points) and no two records are equal.
+  constexpr int kRecords = 1000;
+  Bytes f0 = ilda_header(0, kRecords), f5 = ilda_header(5, kRecords), want0, want5;
+  for (int i = 0; i < kRecords; ++i) {
+    auto v = static_cast<uint16_t>(i * 40503u), w = static_cast<uint16_t>(i * 2654u + 7);
+    auto status = static_cast<uint8_t>(i * 37), colour = static_cast<uint8_t>(i * 11);
+    auto b = static_cast<uint8_t>(i % 3 ? i | 1 : 0), g = static_cast<uint8_t>(i % 4 ? i | 2 : 0);
+    auto r = static_cast<uint8_t>(i % 5 ? i | 4 : 0);
+    f0 = concat({f0, rec0(v, w, static_cast<uint16_t>(v ^ w), status, colour)});
+    f5 = concat({f5, rec5(v, w, status, b, g, r)});
+    auto x = static_cast<int16_t>(v), y = static_cast<int16_t>(~w);
+    want0 = concat({want0, white(x, y, static_cast<int16_t>(v ^ w), 0x80 | (status & 0x40) | (colour & 63))});
+    uint8_t blank = (status & 0x40) || (r | g | b) == 0 ? 0x40 : 0;
+    want5 = concat({want5, pt(x, y, 0, 0x80 | blank, 0, r, g, b)});
+  }
+  for (auto* read : {&import, +[](const Bytes& file, uint16_t) { return import_from_index(file, 0, 0); }}) {
+    auto pics = read(concat({f0, f5}), 0);
+    ASSERT_EQ(pics.size(), 2u);
+    EXPECT_EQ(pics[0].points, want0);
+    EXPECT_EQ(pics[1].points, want5);
+  }
+  // Repeats fold into the point before them: one inside the first 512
+  // records (the size of a block read), one that starts the next block.
+  Bytes folded = ilda_header(0, kRecords + 2), want = want0;
+  for (int i = 0; i < kRecords; ++i) {
+    Bytes record(f0.begin() + 32 + 8 * i, f0.begin() + 40 + 8 * i);
+    folded = concat({folded, record, i == 200 || i == 510 ? record : Bytes{}});
+  }
+  want[11 * 200 + 7] = want[11 * 510 + 7] = 1;  // their repeat counts
+  auto pics = import_from_index(folded, 0, 0);
+  ASSERT_EQ(pics.size(), 1u);
+  EXPECT_EQ(pics[0].points, want);
+  // Past slot 8191 every record lands on the last slot, which is not sent.
+  Bytes big = ilda_header(0, 9000);
+  for (int i = 0; i < 9000; ++i) big = concat({big, rec0(static_cast<uint16_t>(i), 0, 0, 0, 0)});
+  pics = import(big);
+  ASSERT_EQ(pics.size(), 1u);
+  EXPECT_EQ(pics[0].count, 8191);
+  EXPECT_EQ(pics[0].point(8190), white(8190, -1));
+}

@@ -3,9 +3,12 @@
 # release build of their own and runs each hot path beside its floor, five
 # times, then prints the table of ratios (median of the five runs).
 #
-#   tools/bench.sh                          # everything, 50 MB data files
+#   tools/bench.sh                          # everything; files of 10 and 50 MB
 #   tools/bench.sh --benchmark_filter=update
-#   KALVOR_BENCH_MB=10 tools/bench.sh       # smaller generated files
+#   KALVOR_BENCH_MB=10 tools/bench.sh       # files of one size only
+#
+# Every file reader is compared with the streaming floor (the same file read
+# front to back in 64 KiB blocks, every byte touched) at each size.
 #
 # Arguments go to the benchmark program (Google Benchmark's options).
 set -euo pipefail

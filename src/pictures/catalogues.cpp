@@ -20,16 +20,19 @@ enum : uint8_t { kIndexedPoints = 0, kPoints = 1, kPointsAfterFour = 2, kColourP
 // (true colour without z) into the upload area.
 void read_short_points(FileReader& file, uint8_t* rec, uint8_t type, uint32_t n) {
   uint8_t* area = upload_area(rec);
-  uint32_t got = read_records(file, kShortRecordSize, n, [&](const uint8_t* r, uint32_t i) {
-    uint16_t x = load_le<uint16_t>(r), y = load_le<uint16_t>(r + 2);
-    if (type == kIndexedPoints) {
-      const uint8_t* c = colour_entry(rec, r[6]);
-      put_point(point_at(area, i), x, y, load_le<uint16_t>(r + 4), r[6], r[7], c[0], c[1], c[2]);
-    } else {
-      uint8_t status = (r[5] | r[6] | r[7]) ? kFlag7 : kFlag7 | kBlankBit;
-      put_point(point_at(area, i), x, y, 0, status, r[4], r[5], r[6], r[7]);
+  auto convert = [rec, area, type](const uint8_t* r, uint32_t first, uint32_t count) {
+    for (uint8_t* p = point_at(area, first); count--; r += kShortRecordSize, p += point::size) {
+      uint16_t x = load_le<uint16_t>(r), y = load_le<uint16_t>(r + 2);
+      if (type == kIndexedPoints) {
+        const uint8_t* c = colour_entry(rec, r[6]);
+        put_point(p, x, y, load_le<uint16_t>(r + 4), r[6], r[7], c[0], c[1], c[2]);
+      } else {
+        uint8_t status = (r[5] | r[6] | r[7]) ? kFlag7 : kFlag7 | kBlankBit;
+        put_point(p, x, y, 0, status, r[4], r[5], r[6], r[7]);
+      }
     }
-  });
+  };
+  uint32_t got = read_blocks(file, kShortRecordSize, n, convert);
   blank_points(area, got, n);
 }
 

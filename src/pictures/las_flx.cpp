@@ -42,8 +42,9 @@ void import_animation(uint32_t scanner, const char* path, uint32_t start, const 
     if (!file.read_exact(header, l.picture_header)) return;
     uint32_t n = header_count(header, l);
     uint32_t kept = n < kMaxPoints ? n : kMaxPoints;
-    uint32_t got = read_records(file, kRecordSize, kept,
-                                [&](const uint8_t* r, uint32_t k) { convert(r, point_at(area, k)); });
+    uint32_t got = read_blocks(file, kRecordSize, kept, [area, convert](const uint8_t* r, uint32_t first, uint32_t n) {
+      for (uint8_t* p = point_at(area, first); n--; r += kRecordSize, p += point::size) convert(r, p);
+    });
     blank_points(area, got, kept);
     file.skip(uint64_t{kRecordSize} * (n - kept) + l.trailer);
     send_picture(scanner, rec, static_cast<uint16_t>(start + i), kept);

@@ -21,19 +21,21 @@ uint32_t read_older_records(FileReader& file, uint8_t* rec, uint32_t count) {
   uint8_t* area = upload_area(rec);
   uint32_t kept = count < kMaxPoints ? count : kMaxPoints;
   point_at(area, 0)[point::statusByte.offset] = kFlag7 | kBlankBit;
-  uint32_t got = read_records(file, kOlderRecordSize, kept, [&](const uint8_t* r, uint32_t i) {
-    uint8_t* p = point_at(area, i);
-    store_le<uint16_t>(p + point::x.offset, load_be<uint16_t>(r + 2));
-    store_le<uint16_t>(p + point::y.offset, static_cast<uint16_t>(~load_be<uint16_t>(r + 4)));
-    store_le<uint16_t>(p + point::z.offset, load_be<uint16_t>(r + 6));
-    p[point::repeatByte.offset] = static_cast<uint8_t>(r[0] >> 1);
-    if (i + 1 < kMaxPoints) {
-      uint8_t* next = point_at(area, i + 1);
-      const uint8_t* c = colour_entry(rec, r[1]);
-      next[point::statusByte.offset] = r[1];
-      next[point::red.offset] = c[0];
-      next[point::green.offset] = c[1];
-      next[point::blue.offset] = c[2];
+  uint32_t got = read_blocks(file, kOlderRecordSize, kept, [rec, area](const uint8_t* r, uint32_t first, uint32_t n) {
+    for (uint32_t i = first; i < first + n; ++i, r += kOlderRecordSize) {
+      uint8_t* p = point_at(area, i);
+      store_le<uint16_t>(p + point::x.offset, load_be<uint16_t>(r + 2));
+      store_le<uint16_t>(p + point::y.offset, static_cast<uint16_t>(~load_be<uint16_t>(r + 4)));
+      store_le<uint16_t>(p + point::z.offset, load_be<uint16_t>(r + 6));
+      p[point::repeatByte.offset] = static_cast<uint8_t>(r[0] >> 1);
+      if (i + 1 < kMaxPoints) {
+        uint8_t* next = point_at(area, i + 1);
+        const uint8_t* c = colour_entry(rec, r[1]);
+        next[point::statusByte.offset] = r[1];
+        next[point::red.offset] = c[0];
+        next[point::green.offset] = c[1];
+        next[point::blue.offset] = c[2];
+      }
     }
   });
   blank_points(area, got, kept);

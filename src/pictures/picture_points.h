@@ -112,22 +112,34 @@ inline void set_colour_entry(uint8_t* rec, uint32_t i, uint8_t r, uint8_t g, uin
 }
 
 // Reads `count` records of `size` bytes (at most kMaxRecord) in blocks and
-// hands each to fn(record, i) in file order. Returns how many whole records
-// the file held; the reading stops at the end of the file.
+// hands each block to fn(records, first, n): n whole records in file order,
+// the first of them record number `first`. Returns how many whole records the
+// file held; the reading stops at the end of the file. The hot readers loop
+// over a block with their position in locals: called once per record, a
+// callback would reload everything it reaches by reference after each point
+// it writes, since a byte store may alias anything.
 inline constexpr uint32_t kMaxRecord = 11;
 template <typename Fn>
-uint32_t read_records(FileReader& file, uint32_t size, uint32_t count, Fn&& fn) {
+uint32_t read_blocks(FileReader& file, uint32_t size, uint32_t count, Fn&& fn) {
   constexpr uint32_t kBlock = 512;
   uint8_t block[kBlock * kMaxRecord];
   uint32_t done = 0;
   while (done < count) {
     uint32_t want = count - done < kBlock ? count - done : kBlock;
     uint32_t got = static_cast<uint32_t>(file.read(block, size_t{want} * size) / size);
-    for (uint32_t i = 0; i < got; ++i) fn(block + size * i, done + i);
+    if (got) fn(static_cast<const uint8_t*>(block), done, got);
     done += got;
     if (got < want) break;
   }
   return done;
+}
+
+// The same, record by record: fn(record, i).
+template <typename Fn>
+uint32_t read_records(FileReader& file, uint32_t size, uint32_t count, Fn&& fn) {
+  return read_blocks(file, size, count, [&](const uint8_t* records, uint32_t first, uint32_t n) {
+    for (uint32_t i = 0; i < n; ++i) fn(records + size * i, first + i);
+  });
 }
 
 // Reads `count` PicturePoint records straight into points 0.. of the upload

@@ -1,0 +1,19 @@
+// ILDA point records of formats 0 and 5 converted sixteen at a time with
+// vector instructions, for the processors that have them. The ILDA reader
+// converts whatever these leave, one record at a time, the same way.
+#pragma once
+
+#include <cstdint>
+
+namespace kalvor::pictures {
+
+// Each converts whole groups of 16 of the n records at `in` (format 0:
+// indexed colour with z; format 5: true colour without z) into picture points
+// at `out`, which has room for n points. Returns how many records it
+// converted: a multiple of 16, and 0 where the processor lacks the
+// instructions.
+using GroupConverter = uint32_t (*)(const uint8_t* in, uint32_t n, uint8_t* out);
+uint32_t convert_groups_format0(const uint8_t* in, uint32_t n, uint8_t* out);
+uint32_t convert_groups_format5(const uint8_t* in, uint32_t n, uint8_t* out);
+
+}  // namespace kalvor::pictures
