@@ -151,11 +151,16 @@ void add_warnings(Show& show, const std::string& file, const ReadReport& r, cons
                             " points missing, padded as blanked points");
   if (r.header_cut)
     show.warnings.push_back("'" + file + "' ends inside a header; what follows it is lost");
-  if (r.clamped_pictures)
-    show.warnings.push_back("'" + file + "': " + plural(r.clamped_pictures, what, std::string(what) + "s") +
-                            " (the first is " + number(r.clamped_first) + ") had more points than a picture keeps (" +
+  if (r.clamped_pictures) {
+    std::string which = r.clamped_pictures == 1
+                            ? std::string(what) + " " + number(r.clamped_first) + " has " +
+                                  with_commas(r.dropped_points + (&f == &kIlda ? 8191 : 8192)) + " points,"
+                            : plural(r.clamped_pictures, what, std::string(what) + "s") + " (the first is " + what +
+                                  " " + number(r.clamped_first) + ") have points";
+    show.warnings.push_back("'" + file + "': " + which + " more than a picture keeps (" +
                             (&f == &kIlda ? "8,191" : "8,192") + "): " + plural(r.dropped_points, "point", "points") +
                             " dropped");
+  }
   if (r.skipped > applied)
     show.warnings.push_back("'" + file + "': " +
                             plural(r.skipped - applied, &f == &kIlda ? "section" : "record",
