@@ -247,6 +247,7 @@ def test_rasterise():
     # A red horizontal stroke through the centre of a 200-pixel picture. Both
     # rsvg-convert (librsvg, as image viewers use it) on the SVG, and the
     # tool's own PNG, must light the pixels along it and nothing far from it.
+    assert shutil.which("rsvg-convert"), "rsvg-convert is needed (Debian: librsvg2-bin)"
     write_ilda5("bar.ild", [[(-20000, 0, True, (0, 0, 0)), (20000, 0, False, (255, 0, 0)),
                              (-20000, 0, True, (0, 0, 0))]])
     run("render", "bar.ild", "-o", "bar.svg", "--size", 200)
