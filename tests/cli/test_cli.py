@@ -325,6 +325,10 @@ def test_warnings():
          + section(5, points(2)) + section(5), "'odd.ild': 1 section of an unknown format skipped"),
         ("cut.lds", struct.pack("<IHHH", 0, 1, 0, 5) + bytes(11 * 2),
          "'cut.lds' ends inside picture 1: 3 of 5 points missing, padded as blanked points"),
+        ("cut.las", struct.pack("<HHHHHH", 0, 0, 0, 4, 0, 0) + bytes(11 * 2),
+         "'cut.las' ends inside picture 1: 3 of 5 points missing, padded as blanked points"),
+        ("odd.cat", b"\x07" + b"\x01" + struct.pack("<H", 1) + bytes(11),
+         "'odd.cat': 1 record of an unknown type or with too many points skipped"),
     ]
     for name, data, warning in table:
         open(name, "wb").write(data)

@@ -1,6 +1,7 @@
 // info, convert and render.
 #include "commands.h"
 
+#include <cctype>
 #include <cstdio>
 #include <numeric>
 

@@ -8,9 +8,11 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <memory>
 
 #include "ilda_file.h"
 #include "kalvor/kalvor.h"
