@@ -19,8 +19,9 @@ struct ReadReport {
   // such picture's number.
   uint32_t clamped_pictures = 0, clamped_first = 0;
   uint64_t dropped_points = 0;
-  // Sections or records passed over without a picture (ILDA formats 3 and
-  // above 5, catalogue records of an unknown type, of 0 or of too many points).
+  // Parts passed over without a picture: ILDA sections of format 3 or above
+  // 5, catalogue records of an unknown type or of too many points, a picture
+  // file of a layout this library does not know.
   uint32_t skipped = 0;
   // The file ends inside a header: the reading stopped there.
   bool header_cut = false;

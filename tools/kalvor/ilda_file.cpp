@@ -36,6 +36,8 @@ std::string frame_name(const uint8_t* header) {
   std::string name(reinterpret_cast<const char*>(header + 8), 8);
   name = name.substr(0, name.find('\0'));
   name.erase(name.find_last_not_of(' ') + 1);
+  for (char& c : name)  // a name is shown on a terminal: no control bytes
+    if (static_cast<unsigned char>(c) < 32 || c == 127) c = '?';
   return name;
 }
 
@@ -73,6 +75,7 @@ IldaScan scan_ilda(const std::string& path) {
           nextColours.push_back({c[0], c[1], c[2]});
         }
       }
+      if (length > size - at - 8 - extra) break;  // the data runs past the end of the file
       at += 8 + extra + length;
       continue;
     }

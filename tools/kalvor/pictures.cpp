@@ -205,7 +205,7 @@ struct StandardInput {
   std::string path = scratch_path("-", ".ild");
   StandardInput() {
     std::ofstream out(path, std::ios::binary);
-    out << std::cin.rdbuf();
+    if (std::cin.peek() != std::char_traits<char>::eof()) out << std::cin.rdbuf();
     if (!out.flush()) throw Failure("cannot keep standard input in '" + path + "': " + reason(errno));
   }
   ~StandardInput() { std::remove(path.c_str()); }
