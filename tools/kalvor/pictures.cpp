@@ -145,29 +145,26 @@ std::string plural(uint64_t n, const std::string& one, const std::string& many) 
 // One warning per kind of change the reader made, with counts; picture
 // numbers as the tool counts them (from 1 in file order).
 void add_warnings(Show& show, const std::string& file, const ReadReport& r, const Format& f, size_t applied) {
-  auto number = [&](uint32_t n) { return std::to_string(n - f.firstNumber + 1); };
-  const char* what = &f == &kIlda ? "frame" : "picture";
+  bool ilda = &f == &kIlda;
+  std::string what = ilda ? "frame" : "picture", in = "'" + file + "'";
+  auto picture = [&](uint32_t n) { return what + " " + std::to_string(n - f.firstNumber + 1); };
+  uint64_t keeps = ilda ? 8191 : 8192;
   if (r.cut)
-    show.warnings.push_back("'" + file + "' ends inside " + what + " " + number(r.cut_picture) + ": " +
-                            with_commas(r.cut_missing) + " of " + with_commas(r.cut_announced) +
-                            " points missing, padded as blanked points");
-  if (r.header_cut)
-    show.warnings.push_back("'" + file + "' ends inside a header; what follows it is lost");
-  if (r.clamped_pictures) {
-    std::string which = r.clamped_pictures == 1
-                            ? std::string(what) + " " + number(r.clamped_first) + " has " +
-                                  with_commas(r.dropped_points + (&f == &kIlda ? 8191 : 8192)) + " points,"
-                            : plural(r.clamped_pictures, what, std::string(what) + "s") + " (the first is " + what +
-                                  " " + number(r.clamped_first) + ") have points";
-    show.warnings.push_back("'" + file + "': " + which + " more than a picture keeps (" +
-                            (&f == &kIlda ? "8,191" : "8,192") + "): " + plural(r.dropped_points, "point", "points") +
-                            " dropped");
-  }
+    show.warnings.push_back(in + " ends inside " + picture(r.cut_picture) + ": " + with_commas(r.cut_missing) +
+                            " of " + with_commas(r.cut_announced) + " points missing, padded as blanked points");
+  if (r.header_cut) show.warnings.push_back(in + " ends inside a header; what follows it is lost");
+  if (r.clamped_pictures == 1)
+    show.warnings.push_back(in + ": " + picture(r.clamped_first) + " has " + with_commas(keeps + r.dropped_points) +
+                            " points, more than a picture keeps (" + with_commas(keeps) + "): " +
+                            plural(r.dropped_points, "point", "points") + " dropped");
+  if (r.clamped_pictures > 1)
+    show.warnings.push_back(in + ": " + plural(r.clamped_pictures, what, what + "s") + " (the first is " +
+                            picture(r.clamped_first) + ") have more points than a picture keeps (" +
+                            with_commas(keeps) + "): " + plural(r.dropped_points, "point", "points") + " dropped");
   if (r.skipped > applied)
-    show.warnings.push_back("'" + file + "': " +
-                            plural(r.skipped - applied, &f == &kIlda ? "section" : "record",
-                                   &f == &kIlda ? "sections" : "records") +
-                            (&f == &kIlda ? " of an unknown format" : " of an unknown type or with too many points") +
+    show.warnings.push_back(in + ": " +
+                            (ilda ? plural(r.skipped - applied, "section", "sections") + " of an unknown format"
+                                  : plural(r.skipped, "record", "records") + " of an unknown type or with too many points") +
                             " skipped");
 }
 
