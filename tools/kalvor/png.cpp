@@ -5,7 +5,9 @@
 #if defined(KALVOR_TOOL_PNG)
 #include <cairo.h>
 
+#include <cstdint>
 #include <memory>
+#include <string>
 
 #include "output_file.h"
 #endif
@@ -34,6 +36,32 @@ cairo_status_t write_chunk(void* closure, const unsigned char* data, unsigned in
   }
 }
 
+// Draws a picture number centred on x, from y down, in seven-segment digits
+// of 5 by 10 pixels: labels need no font, so the image is the same wherever
+// it is drawn.
+void draw_number(cairo_t* cr, size_t number, double x, double y) {
+  // Segments top, upper right, lower right, bottom, lower left, upper left,
+  // middle, as lines in a box 1 wide and 2 high; each digit's bits pick them.
+  static const double kSegments[7][4] = {{0, 0, 1, 0}, {1, 0, 1, 1}, {1, 1, 1, 2}, {0, 2, 1, 2},
+                                         {0, 1, 0, 2}, {0, 0, 0, 1}, {0, 1, 1, 1}};
+  static const uint8_t kDigits[10] = {0x3F, 0x06, 0x5B, 0x4F, 0x66, 0x6D, 0x7D, 0x07, 0x7F, 0x6F};
+  constexpr double kUnit = 5, kStep = 8;
+  std::string text = std::to_string(number);
+  double left = x - (text.size() * kStep - (kStep - kUnit)) / 2;
+  for (char digit : text) {
+    for (int s = 0; s < 7; ++s) {
+      if (!(kDigits[digit - '0'] >> s & 1)) continue;
+      const double* l = kSegments[s];
+      cairo_move_to(cr, left + l[0] * kUnit, y + l[1] * kUnit);
+      cairo_line_to(cr, left + l[2] * kUnit, y + l[3] * kUnit);
+    }
+    left += kStep;
+  }
+  set_colour(cr, {0xc0, 0xc0, 0xc0});
+  cairo_set_line_width(cr, 1.2);
+  cairo_stroke(cr);
+}
+
 }  // namespace
 
 void write_png(const Show& show, const std::vector<size_t>& pictures, const std::string& path,
@@ -48,8 +76,6 @@ void write_png(const Show& show, const std::vector<size_t>& pictures, const std:
   set_colour(cr, {0x20, 0x20, 0x20});
   cairo_paint(cr);
   cairo_set_line_cap(cr, CAIRO_LINE_CAP_ROUND);
-  cairo_select_font_face(cr, "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
-  cairo_set_font_size(cr, 12);
   double scale = sheet.scale(), centre = Sheet::kRange / 2;
   for (size_t k = 0; k < pictures.size(); ++k) {
     double left = sheet.left(k), top = sheet.top(k);
@@ -82,14 +108,7 @@ void write_png(const Show& show, const std::vector<size_t>& pictures, const std:
       cairo_stroke(cr);
     });
     cairo_set_dash(cr, nullptr, 0, 0);
-    if (sheet.label) {
-      std::string text = std::to_string(pictures[k]);
-      cairo_text_extents_t extents;
-      cairo_text_extents(cr, text.c_str(), &extents);
-      set_colour(cr, {0xc0, 0xc0, 0xc0});
-      cairo_move_to(cr, left + sheet.size / 2.0 - extents.width / 2 - extents.x_bearing, top + sheet.size + sheet.label - 4);
-      cairo_show_text(cr, text.c_str());
-    }
+    if (sheet.label) draw_number(cr, pictures[k], left + sheet.size / 2.0, top + sheet.size + 4);
   }
   OutputFile file(path);
   Sink sink{file, {}};
