@@ -131,7 +131,7 @@ def test_info():
 
     out, err = run("info", fixture("growing_circle.ild"))
     assert "ILDA file, 200 pictures" in out and err == "", (out, err)
-    assert "true colour" in out and out.splitlines()[-2].startswith("all"), out
+    assert "true colour" in out and out.splitlines()[-3].startswith("all"), out
 
 
 def test_convert_round_trip():

@@ -64,6 +64,8 @@ void info(const std::string& file, const PlayRates& rates) {
                  show.pictures[i].name);
   }
   if (n > 1) print_counts("all", all, "", "");
+  std::printf("blanked: points the beam reaches with the laser off (the blank bit); drawn black points count as "
+              "drawn\n");
   std::printf("play time: %.3f s at %s points per second (every picture once), %.3f s at %g frames per second\n",
               static_cast<double>(all.shown) / rates.points, with_commas(static_cast<uint64_t>(rates.points)).c_str(),
               static_cast<double>(n) / rates.frames, rates.frames);
