@@ -9,6 +9,8 @@
 #include "pictures.h"
 
 #if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
 #include <process.h>
 #define getpid _getpid
 #else
@@ -18,6 +20,13 @@
 namespace cli {
 
 namespace fs = std::filesystem;
+
+std::FILE* binary(std::FILE* stream) {
+#if defined(_WIN32)
+  _setmode(_fileno(stream), _O_BINARY);  // no line-end translation of pictures
+#endif
+  return stream;
+}
 
 std::string reason(int error) { return error ? std::strerror(error) : "the write did not complete"; }
 
@@ -35,7 +44,7 @@ std::string scratch_path(const std::string& near, const std::string& extension) 
 
 OutputFile::OutputFile(const std::string& path) : path_(path) {
   if (path == "-") {
-    file_ = stdout;
+    file_ = binary(stdout);
     return;
   }
   std::error_code ignored;

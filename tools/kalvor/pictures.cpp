@@ -201,6 +201,7 @@ void apply_ilda(Show& show, const std::string& file, const IldaScan& scan) {
 struct StandardInput {
   std::string path = scratch_path("-", ".ild");
   StandardInput() {
+    binary(stdin);
     std::ofstream out(path, std::ios::binary);
     if (std::cin.peek() != std::char_traits<char>::eof()) out << std::cin.rdbuf();
     if (!out.flush()) throw Failure("cannot keep standard input in '" + path + "': " + reason(errno));
