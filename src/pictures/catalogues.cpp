@@ -18,7 +18,8 @@ enum : uint8_t { kIndexedPoints = 0, kPoints = 1, kPointsAfterFour = 2, kColourP
 
 // Reads the n eight-byte points of a record of type 0 (indexed colour) or 3
 // (true colour without z) into the upload area.
-void read_short_points(FileReader& file, uint8_t* rec, uint8_t type, uint32_t n) {
+void read_short_points(FileReader& file, uint8_t* rec, uint8_t type, uint32_t n, ReadReport* report,
+                       uint16_t number) {
   uint8_t* area = upload_area(rec);
   auto convert = [rec, area, type](const uint8_t* r, uint32_t first, uint32_t count) {
     for (uint8_t* p = point_at(area, first); count--; r += kShortRecordSize, p += point::size) {
@@ -34,58 +35,66 @@ void read_short_points(FileReader& file, uint8_t* rec, uint8_t type, uint32_t n)
   };
   uint32_t got = read_blocks(file, kShortRecordSize, n, convert);
   blank_points(area, got, n);
+  note_points(report, number, n, n, got);
 }
 
 // Sends up to `records` catalogue records as pictures first, first + 1, ...
 // A record of 0 or more than 8192 points, or of an unknown type, is passed
 // over but uses up its number.
-void load_catalogue(uint32_t scanner, const char* path, uint16_t first, uint64_t records) {
+void load_catalogue(uint32_t scanner, const char* path, uint16_t first, uint64_t records,
+                    ReadReport* report = nullptr) {
   uint8_t* rec = scanner_record(scanner);
   FileReader file(path);
   if (!rec || !file.is_open()) return;
   for (uint64_t i = 0; i < records; ++i) {
     uint8_t type;
     if (!file.read_exact(&type, 1)) return;
-    if (type > kColourPoints) continue;
+    if (type > kColourPoints) {
+      note_skipped(report);
+      continue;
+    }
     // Types 2 and 3 put four unused bytes before the point count.
     uint8_t head[6];
     uint32_t head_size = type >= kPointsAfterFour ? 6 : 2;
-    if (!file.read_exact(head, head_size)) return;
+    if (!file.read_exact(head, head_size)) return note_header_cut(report);
     uint32_t n = load_le<uint16_t>(head + head_size - 2);
     bool short_points = type == kIndexedPoints || type == kColourPoints;
     if (n == 0 || n > kMaxPoints) {
       file.skip(uint64_t{short_points ? kShortRecordSize : point::size} * n);
+      if (n) note_skipped(report);
       continue;
     }
+    auto number = static_cast<uint16_t>(first + i);
     if (short_points)
-      read_short_points(file, rec, type, n);
+      read_short_points(file, rec, type, n, report, number);
     else
-      read_raw_points(file, rec, n);
-    send_picture(scanner, rec, static_cast<uint16_t>(first + i), n);
+      read_raw_points(file, rec, n, report, number);
+    send_picture(scanner, rec, number, n);
   }
 }
 
 // Sends the pictures of a show file as pictures 0, 1, 2, ...
-void load_show(uint32_t scanner, const char* path) {
+void load_show(uint32_t scanner, const char* path, ReadReport* report = nullptr) {
   uint8_t* rec = scanner_record(scanner);
   if (!rec) return;
   clear_pictures(scanner);
   FileReader file(path);
   uint8_t head[6];
-  if (!file.is_open() || !file.read_exact(head, sizeof head)) return;
+  if (!file.is_open()) return;
+  if (!file.read_exact(head, sizeof head)) return note_header_cut(report);
   uint32_t total = load_le<uint16_t>(head + 4);
   for (uint32_t p = 0; p < total; ++p) {
     uint8_t picture_head[4];  // picture number (not used), point count
-    if (!file.read_exact(picture_head, sizeof picture_head)) return;
-    uint32_t n = read_raw_points(file, rec, load_le<uint16_t>(picture_head + 2));
+    if (!file.read_exact(picture_head, sizeof picture_head)) return note_header_cut(report);
+    uint32_t n = read_raw_points(file, rec, load_le<uint16_t>(picture_head + 2), report, static_cast<uint16_t>(p));
     send_picture(scanner, rec, static_cast<uint16_t>(p), n);
   }
 }
 
-void load_whole_catalogue(uint32_t scanner, const char* path) {
+void load_whole_catalogue(uint32_t scanner, const char* path, ReadReport* report = nullptr) {
   if (!scanner_record(scanner)) return;
   clear_pictures(scanner);
-  load_catalogue(scanner, path, 1, kCataloguePictures);
+  load_catalogue(scanner, path, 1, kCataloguePictures, report);
 }
 
 // Reads picture p back and writes its point count and points.
@@ -147,6 +156,14 @@ struct Target {
 };
 
 }  // namespace
+
+void kalvor::pictures::load_catalogue_file(uint32_t scanner, const char* path, ReadReport* report) {
+  load_whole_catalogue(scanner, path, report);
+}
+
+void kalvor::pictures::load_show_file(uint32_t scanner, const char* path, ReadReport* report) {
+  load_show(scanner, path, report);
+}
 
 KALVOR_API void KALVOR_CALL loadcat(uint32_t scanner, const char* path) {
   Target target(path);

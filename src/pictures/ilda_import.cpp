@@ -3,6 +3,7 @@
 #include "kalvor/kalvor.h"
 #include "pictures/ilda_groups.h"
 #include "pictures/picture_points.h"
+#include "pictures/read_report.h"
 
 using namespace kalvor;
 using namespace kalvor::pictures;
@@ -67,7 +68,7 @@ bool any_repeat(const uint8_t* r, uint32_t n, const uint8_t* before) {
 // record with the one before it (kept across blocks in `prev`) is the same.
 // One loop per format and folding choice keeps offsets and sizes constant.
 template <const PointFormat& f, bool fold>
-uint32_t read_frame(FileReader& file, uint8_t* rec, uint32_t n) {
+uint32_t read_frame(FileReader& file, uint8_t* rec, uint32_t n, uint16_t number, ReadReport* report) {
   uint8_t* area = upload_area(rec);
   uint32_t k = 0, last = 0;
   uint8_t prev[kMaxRecord] = {};
@@ -102,15 +103,17 @@ uint32_t read_frame(FileReader& file, uint8_t* rec, uint32_t n) {
     if (fold) memcpy(prev, before, f.size);
     k = at, last = stored;
   });
+  if (!fold && got > kLastSlot) note_clamped(report, number, got - kLastSlot);
   if (got < n) {  // the file ends inside the section
     uint32_t end = k + (n - got) < kLastSlot ? k + (n - got) : kLastSlot;
     blank_points(area, k, end);
     k = end;
+    note_cut(report, number, n, n - got);
   }
   return k;
 }
 
-using FrameReader = uint32_t (*)(FileReader&, uint8_t*, uint32_t);
+using FrameReader = uint32_t (*)(FileReader&, uint8_t*, uint32_t, uint16_t, ReadReport*);
 
 // The frame reader of a point format code (0, 1, 4 or 5); format 5 is never
 // folded.
@@ -130,9 +133,12 @@ void read_palette(FileReader& file, uint8_t* rec, uint32_t n) {
   });
 }
 
+}  // namespace
+
 // Reads the file section by section. With `fold`, runs of equal records are
 // folded (not in format 5) and format-5 frames are numbered from p + index.
-void import_ilda(uint32_t scanner, const char* path, uint16_t start, uint32_t index, bool fold) {
+static void read_ilda(uint32_t scanner, const char* path, uint16_t start, uint32_t index, bool fold,
+                      ReadReport* report) {
   uint8_t* rec = scanner_record(scanner);
   if (!rec) return;
   FileReader file(path);
@@ -144,37 +150,41 @@ void import_ilda(uint32_t scanner, const char* path, uint16_t start, uint32_t in
     uint8_t code = head[7];
     if (code == kTrueColourPalette) {
       uint8_t rest[8];
-      if (!file.read_exact(rest, sizeof rest)) return;
+      if (!file.read_exact(rest, sizeof rest)) return note_header_cut(report);
       file.skip(3ull * load_be<uint32_t>(rest + 4));
+      note_skipped(report);
       continue;
     }
     if (code > 5) {
       uint8_t length[4];
-      if (!file.read_exact(length, sizeof length)) return;
+      if (!file.read_exact(length, sizeof length)) return note_header_cut(report);
       file.skip(load_be<uint32_t>(length));
+      note_skipped(report);
       continue;
     }
     uint8_t rest[kHeaderRest];
-    if (!file.read_exact(rest, sizeof rest)) return;
+    if (!file.read_exact(rest, sizeof rest)) return note_header_cut(report);
     uint32_t n = load_be<uint16_t>(rest + kCountInRest);
     if (code == kPalette) {
       read_palette(file, rec, n);
       continue;
     }
-    uint32_t count = (fold ? frame_reader<true>(code) : frame_reader<false>(code))(file, rec, n);
     uint16_t number = fold && code == 5 ? static_cast<uint16_t>(p + index) : p;
+    uint32_t count = (fold ? frame_reader<true>(code) : frame_reader<false>(code))(file, rec, n, number, report);
     send_picture(scanner, rec, number, count);
     ++p;
   }
 }
 
-}  // namespace
+void kalvor::pictures::import_ilda(uint32_t scanner, const char* path, uint16_t start, ReadReport* report) {
+  read_ilda(scanner, path, start, 0, false, report);
+}
 
 KALVOR_API void KALVOR_CALL displayimportilda(uint32_t scanner, const char* path, uint16_t startPicture) {
-  import_ilda(scanner, path, startPicture, 0, false);
+  read_ilda(scanner, path, startPicture, 0, false, nullptr);
 }
 
 KALVOR_API void KALVOR_CALL displayimportildafromindex(uint32_t scanner, uint32_t index, const char* path,
                                                        uint16_t startPicture) {
-  import_ilda(scanner, path, startPicture, index, true);
+  read_ilda(scanner, path, startPicture, index, true, nullptr);
 }

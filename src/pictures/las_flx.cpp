@@ -3,6 +3,7 @@
 // sent as soon as its points are read, under consecutive numbers.
 #include "kalvor/kalvor.h"
 #include "pictures/picture_points.h"
+#include "pictures/read_report.h"
 
 using namespace kalvor;
 using namespace kalvor::pictures;
@@ -30,16 +31,16 @@ uint32_t header_count(const uint8_t* header, const AnimationLayout& l) {
 // still sent with its announced count; the file ends at a header cut short.
 template <typename Convert>
 void import_animation(uint32_t scanner, const char* path, uint32_t start, const AnimationLayout& l,
-                      Convert convert) {
+                      ReadReport* report, Convert convert) {
   uint8_t* rec = scanner_record(scanner);
   FileReader file(path);
   if (!rec || !file.is_open()) return;
   uint8_t* area = upload_area(rec);
   uint8_t header[kRecordSize];
-  if (!file.read_exact(header, l.file_header)) return;
+  if (!file.read_exact(header, l.file_header)) return note_header_cut(report);
   uint32_t pictures = header_count(header, l);
   for (uint32_t i = 0; i < pictures; ++i) {
-    if (!file.read_exact(header, l.picture_header)) return;
+    if (!file.read_exact(header, l.picture_header)) return note_header_cut(report);
     uint32_t n = header_count(header, l);
     uint32_t kept = n < kMaxPoints ? n : kMaxPoints;
     uint32_t got = read_blocks(file, kRecordSize, kept, [area, convert](const uint8_t* r, uint32_t first, uint32_t n) {
@@ -47,7 +48,12 @@ void import_animation(uint32_t scanner, const char* path, uint32_t start, const 
     });
     blank_points(area, got, kept);
     file.skip(uint64_t{kRecordSize} * (n - kept) + l.trailer);
-    send_picture(scanner, rec, static_cast<uint16_t>(start + i), kept);
+    auto number = static_cast<uint16_t>(start + i);
+    if (got < kept)
+      note_cut(report, number, n, n - got);
+    else
+      note_clamped(report, number, n - kept);
+    send_picture(scanner, rec, number, kept);
   }
 }
 
@@ -61,17 +67,25 @@ uint16_t flx_coordinate(const uint8_t* p) { return static_cast<uint16_t>(load_le
 
 }  // namespace
 
-KALVOR_API void KALVOR_CALL displayimportlas(uint32_t scanner, const char* path, uint32_t startPicture) {
-  import_animation(scanner, path, startPicture, kLas, [](const uint8_t* r, uint8_t* p) {
+void kalvor::pictures::import_las(uint32_t scanner, const char* path, uint32_t start, ReadReport* report) {
+  import_animation(scanner, path, start, kLas, report, [](const uint8_t* r, uint8_t* p) {
     // Each point is output twice (repeat 1).
     put_point(p, las_coordinate(r + 1), las_coordinate(r + 3), 0, status_byte(r[7], r[5] & 1, 1), 1, 255, 255, 255);
   });
 }
 
-KALVOR_API void KALVOR_CALL displayimportflx(uint32_t scanner, const char* path, uint32_t startPicture) {
-  import_animation(scanner, path, startPicture, kFlx, [](const uint8_t* r, uint8_t* p) {
+void kalvor::pictures::import_flx(uint32_t scanner, const char* path, uint32_t start, ReadReport* report) {
+  import_animation(scanner, path, start, kFlx, report, [](const uint8_t* r, uint8_t* p) {
     uint8_t state = r[9];  // 0 blanked, 2 drawn and output three times, else drawn
     put_point(p, flx_coordinate(r), flx_coordinate(r + 2), 0, status_byte(0, state == 0, 1), state == 2 ? 2 : 0, 255,
               255, 255);
   });
+}
+
+KALVOR_API void KALVOR_CALL displayimportlas(uint32_t scanner, const char* path, uint32_t startPicture) {
+  import_las(scanner, path, startPicture, nullptr);
+}
+
+KALVOR_API void KALVOR_CALL displayimportflx(uint32_t scanner, const char* path, uint32_t startPicture) {
+  import_flx(scanner, path, startPicture, nullptr);
 }

@@ -17,7 +17,7 @@ constexpr uint32_t kOlderRecordSize = 8;
 // Reads older-layout records into the upload area. The status and colour of
 // record i belong to the line from point i to point i + 1, so they are
 // stored on point i + 1, where the current layout keeps them.
-uint32_t read_older_records(FileReader& file, uint8_t* rec, uint32_t count) {
+uint32_t read_older_records(FileReader& file, uint8_t* rec, uint32_t count, ReadReport* report, uint16_t number) {
   uint8_t* area = upload_area(rec);
   uint32_t kept = count < kMaxPoints ? count : kMaxPoints;
   point_at(area, 0)[point::statusByte.offset] = kFlag7 | kBlankBit;
@@ -39,6 +39,7 @@ uint32_t read_older_records(FileReader& file, uint8_t* rec, uint32_t count) {
     }
   });
   blank_points(area, got, kept);
+  note_points(report, number, count, kept, got);
   return kept;
 }
 
@@ -59,17 +60,24 @@ KALVOR_API void KALVOR_CALL displaysavepic(uint32_t scanner, const char* path, u
   file.commit();
 }
 
-KALVOR_API void KALVOR_CALL displayloadpic(uint32_t scanner, const char* path, uint16_t pictureNumber) {
+void kalvor::pictures::load_picture_file(uint32_t scanner, const char* path, uint16_t pictureNumber,
+                                         ReadReport* report) {
   uint8_t* rec = scanner_record(scanner);
   if (!rec) return;
   FileReader file(path);
   uint8_t header[kHeaderSize];
-  if (!file.is_open() || !file.read_exact(header, sizeof header)) return;
+  if (!file.is_open()) return;
+  if (!file.read_exact(header, sizeof header)) return note_header_cut(report);
   uint16_t version = load_be<uint16_t>(header + 0);
   uint16_t count = load_be<uint16_t>(header + 6);
   uint64_t skip = load_be<uint16_t>(header + 10) + 65536ull * load_be<uint16_t>(header + 12);
-  if (version > kCurrentVersion) return;  // a layout this library does not know
+  if (version > kCurrentVersion) return note_skipped(report);  // a layout this library does not know
   file.skip(skip);
-  uint32_t n = version == kCurrentVersion ? read_raw_points(file, rec, count) : read_older_records(file, rec, count);
+  uint32_t n = version == kCurrentVersion ? read_raw_points(file, rec, count, report, pictureNumber)
+                                          : read_older_records(file, rec, count, report, pictureNumber);
   send_picture(scanner, rec, pictureNumber, n);
+}
+
+KALVOR_API void KALVOR_CALL displayloadpic(uint32_t scanner, const char* path, uint16_t pictureNumber) {
+  load_picture_file(scanner, path, pictureNumber, nullptr);
 }

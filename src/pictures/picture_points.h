@@ -10,6 +10,7 @@
 #include "core/library.h"
 #include "core/opcodes.h"
 #include "core/transport.h"
+#include "pictures/read_report.h"
 #include "state/layout.h"
 
 namespace kalvor::pictures {
@@ -142,15 +143,26 @@ uint32_t read_records(FileReader& file, uint32_t size, uint32_t count, Fn&& fn) 
   });
 }
 
+// Tells the report (if any) how picture `number` of `count` points fared when
+// `got` of its first `kept` points were in the file.
+inline void note_points(ReadReport* report, uint16_t number, uint32_t count, uint32_t kept, uint32_t got) {
+  if (got < kept)
+    note_cut(report, number, count, count - got);
+  else
+    note_clamped(report, number, count - kept);
+}
+
 // Reads `count` PicturePoint records straight into points 0.. of the upload
 // area and passes over records beyond the 8192nd. Points the file does not
 // hold are blanked. Returns the number of points the picture has (at most 8192).
-inline uint32_t read_raw_points(FileReader& file, uint8_t* rec, uint32_t count) {
+inline uint32_t read_raw_points(FileReader& file, uint8_t* rec, uint32_t count, ReadReport* report = nullptr,
+                                uint16_t number = 0) {
   uint8_t* area = upload_area(rec);
   uint32_t kept = count < kMaxPoints ? count : kMaxPoints;
   size_t got = file.read(point_at(area, 0), size_t{point::size} * kept) / point::size;
   blank_points(area, static_cast<uint32_t>(got), kept);
   if (count > kept) file.skip(uint64_t{point::size} * (count - kept));
+  note_points(report, number, count, kept, static_cast<uint32_t>(got));
   return kept;
 }
 

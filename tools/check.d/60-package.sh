@@ -10,7 +10,7 @@ if [ "${KALVOR_SKIP_PACKAGE:-0}" = 1 ]; then
   echo "package skipped (KALVOR_SKIP_PACKAGE=1)"
   exit 0
 fi
-need_packages cmake ninja-build g++ pkg-config libcli11-dev dpkg-dev fakeroot lintian file
+need_packages cmake ninja-build g++ pkg-config libcli11-dev libcairo2-dev dpkg-dev fakeroot lintian file
 
 root=$KALVOR_ROOT
 build="$root/build-package"

@@ -1,8 +1,8 @@
 // Picture files seen as an ordered list of pictures, read and written through
-// kalvor's exports with the virtual scanner's picture memory in between.
+// kalvor's readers and writers with the virtual scanner's picture memory in
+// between.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -21,7 +21,8 @@ struct Rgb {
   bool operator==(const Rgb&) const = default;
 };
 
-// A point as the scanner stores it.
+// A point as the scanner stores it; rgb is the colour it is drawn in, also
+// for points whose file gave a colour index.
 struct Point {
   int16_t x, y, z;
   uint8_t status, repeat;
@@ -32,26 +33,24 @@ struct Point {
 
 struct Picture {
   std::vector<Point> points;
-  // True when the colours come from the palette: every point is white, as
-  // readers of indexed sources store them, and some colour index is not 0.
-  bool indexed = false;
+  std::string name;      // the frame name an ILDA file gives it, or empty
+  bool indexed = false;  // its colours came from a palette
 };
 
-// The pictures of a file in file order (picture 1 is the first), and the
-// palette that indexed colours refer to.
+// The pictures of a file in file order (picture 1 is the first), what the
+// file says about palettes, and what reading it had to change.
 struct Show {
   const char* format = "";
   std::vector<Picture> pictures;
-  std::array<Rgb, 64> palette{};
-  int paletteEntriesFromFile = 0;
-  // The colour a point is drawn in: its palette entry in an indexed picture,
-  // otherwise its own colour.
-  Rgb colour(const Picture& picture, const Point& point) const;
+  std::string palette;                // a line about the file's palettes, when it can have one
+  std::vector<std::string> warnings;  // one per kind of change, with counts
 };
 
-// Readable: .ild .cat .lds .pic .las .flx; writable: .ild .cat .lds .pic.
-// Letter case does not matter. Throws Failure for a missing file, an unknown
-// extension or a file that holds no picture.
+// Readable: .ild .cat .lds .pic .las .flx, and "-" (standard input, ILDA);
+// writable: .ild .cat .lds .pic, and "-" (standard output, ILDA). Letter case
+// does not matter. Throws Failure for a file that is missing, a folder,
+// unreadable, of an unknown kind, of a kind its extension does not name, or
+// that holds no picture.
 Show read_show(const std::string& path);
 
 // Writes pictures first..last (counted from 1, inclusive) of the show.
@@ -60,5 +59,8 @@ void write_show(const Show& show, const std::string& path, size_t first, size_t 
 // Text listing the extensions that can be read, or written.
 std::string readable_extensions();
 std::string writable_extensions();
+
+// A count with thousands separated by commas: 1,191.
+std::string with_commas(uint64_t n);
 
 }  // namespace cli

@@ -1,19 +1,14 @@
-// SVG output. Each picture is drawn in its own square of 65,536 units: the
-// point (x, y) lies at (x + 32768, y + 32768). The scanner's y grows
-// downwards (readers mirror ILDA's upward y), so this puts ILDA's top at the
-// top of the image.
+// SVG output. Each picture is drawn in its own square of 65,536 units, scaled
+// to its size in pixels: the point (x, y) lies at (x + 32768, y + 32768).
 #include "svg.h"
 
-#include <cmath>
 #include <cstdio>
-#include <fstream>
+#include <sstream>
+
+#include "output_file.h"
 
 namespace cli {
 namespace {
-
-constexpr int kRange = 65536;
-constexpr int kGap = 8;
-constexpr int kLabel = 18;
 
 std::string hex(Rgb c) {
   char text[8];
@@ -35,66 +30,52 @@ std::string escape(const std::string& text) {
   return out;
 }
 
-void line(std::ostream& out, const char* kind, const Point& from, const Point& to, const std::string& colour) {
-  out << "<line class=\"" << kind << "\" x1=\"" << from.x + kRange / 2 << "\" y1=\"" << from.y + kRange / 2
-      << "\" x2=\"" << to.x + kRange / 2 << "\" y2=\"" << to.y + kRange / 2 << "\"";
-  if (!colour.empty()) out << " stroke=\"" << colour << "\"";
+void line(std::ostream& out, const Point& from, const Point& to, bool drawn) {
+  constexpr int c = Sheet::kRange / 2;
+  out << "<line class=\"" << (drawn ? "drawn" : "blanked") << "\" x1=\"" << from.x + c << "\" y1=\"" << from.y + c
+      << "\" x2=\"" << to.x + c << "\" y2=\"" << to.y + c << "\"";
+  if (drawn) out << " stroke=\"" << hex(to.rgb) << "\"";
   out << "/>\n";
-}
-
-// The segment arriving at each point follows that point's flags; the one
-// arriving at the first point comes from the last, as the picture repeats.
-void draw_picture(std::ostream& out, const Show& show, const Picture& picture, const RenderOptions& options) {
-  const std::vector<Point>& points = picture.points;
-  for (size_t i = 0; i < points.size(); ++i) {
-    const Point& from = points[i == 0 ? points.size() - 1 : i - 1];
-    const Point& to = points[i];
-    if (!to.blanked())
-      line(out, "drawn", from, to, hex(show.colour(picture, to)));
-    else if (options.showBlanked)
-      line(out, "blanked", from, to, "");
-  }
 }
 
 }  // namespace
 
 void write_svg(const Show& show, const std::vector<size_t>& pictures, const std::string& title,
                const std::string& path, const RenderOptions& options) {
-  bool sheet = pictures.size() > 1;
-  int size = options.size > 0 ? options.size : (sheet ? 200 : 600);
-  int columns = sheet ? static_cast<int>(std::ceil(std::sqrt(static_cast<double>(pictures.size())))) : 1;
-  int rows = static_cast<int>((pictures.size() + columns - 1) / columns);
-  int label = sheet ? kLabel : 0;
-  int width = columns * (size + kGap) + kGap, height = rows * (size + label + kGap) + kGap;
-
-  std::ofstream out(path, std::ios::binary);
-  if (!out) throw Failure("cannot write '" + path + "'");
+  Sheet sheet(pictures.size(), options);
+  // Widths inside a picture's group are in its units: 1 pixel is 1 / scale.
+  double pixel = 1 / sheet.scale();
+  OutputFile file(path);
+  std::ostringstream out;
   out << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-      << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << width << "\" height=\"" << height
-      << "\" viewBox=\"0 0 " << width << " " << height << "\">\n"
+      << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << sheet.width << "\" height=\"" << sheet.height
+      << "\" viewBox=\"0 0 " << sheet.width << " " << sheet.height << "\">\n"
       << "<title>" << escape(title) << "</title>\n"
       << "<style>\n"
-      << "line { stroke-width: 1.5px; stroke-linecap: round; vector-effect: non-scaling-stroke; }\n"
-      << "line.blanked { stroke: #808080; stroke-width: 1px; stroke-dasharray: 1 3; }\n"
-      << "rect.field { fill: #000000; stroke: #404040; vector-effect: non-scaling-stroke; }\n"
+      << "line { stroke-width: " << 1.5 * pixel << "px; stroke-linecap: round; }\n"
+      << "line.blanked { stroke: #808080; stroke-width: " << pixel << "px; stroke-dasharray: " << pixel << "px "
+      << 3 * pixel << "px; }\n"
+      << "rect.field { fill: #000000; stroke: #404040; stroke-width: " << pixel << "px; }\n"
       << "text { fill: #c0c0c0; font: 12px sans-serif; text-anchor: middle; }\n"
       << "</style>\n"
       << "<rect width=\"100%\" height=\"100%\" fill=\"#202020\"/>\n";
-  double scale = static_cast<double>(size) / kRange;
   for (size_t k = 0; k < pictures.size(); ++k) {
-    int left = kGap + static_cast<int>(k % columns) * (size + kGap);
-    int top = kGap + static_cast<int>(k / columns) * (size + label + kGap);
+    int left = sheet.left(k), top = sheet.top(k);
     out << "<g id=\"picture-" << pictures[k] << "\" transform=\"translate(" << left << " " << top << ") scale("
-        << scale << ")\">\n"
-        << "<rect class=\"field\" width=\"" << kRange << "\" height=\"" << kRange << "\"/>\n";
-    draw_picture(out, show, show.pictures[pictures[k] - 1], options);
+        << sheet.scale() << ")\">\n"
+        << "<rect class=\"field\" width=\"" << Sheet::kRange << "\" height=\"" << Sheet::kRange << "\"/>\n";
+    each_segment(show.pictures[pictures[k] - 1], options.showBlanked,
+                 [&](const Point& from, const Point& to, bool drawn) { line(out, from, to, drawn); });
     out << "</g>\n";
-    if (sheet)
-      out << "<text x=\"" << left + size / 2 << "\" y=\"" << top + size + label - 4 << "\">" << pictures[k]
-          << "</text>\n";
+    if (sheet.label)
+      out << "<text x=\"" << left + sheet.size / 2 << "\" y=\"" << top + sheet.size + sheet.label - 4 << "\">"
+          << pictures[k] << "</text>\n";
+    file.write(out.str());
+    out.str("");
   }
   out << "</svg>\n";
-  if (!out.flush()) throw Failure("cannot write '" + path + "'");
+  file.write(out.str());
+  file.commit();
 }
 
 }  // namespace cli
