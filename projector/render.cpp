@@ -1,47 +1,195 @@
 // The render pipeline: the frame a scanner draws for the tracks of its last
 // track upload. The upload is read through the track layout and only within
-// the bytes received.
+// the bytes received. Each track's geometry is one matrix per frame (and a
+// perspective divide when the track has a viewer), so the per-point work is
+// the same whatever the number of slots. Nothing is allocated per frame.
 #include <algorithm>
+#include <cmath>
 
 #include "core/convert.h"
-#include "projector.h"
+#include "pipeline.h"
 
 namespace kalvor::projector {
 namespace {
 
-FramePoint frame_point(const uint8_t* p, double sizeX, double sizeY, int32_t shiftX, int32_t shiftY) {
-  FramePoint f{};
-  f.x = trunc_to_i32(load(p, point::x) * sizeX + shiftX);
-  f.y = trunc_to_i32(load(p, point::y) * sizeY + shiftY);
-  f.z = load(p, point::z);
-  f.channels[0] = load(p, point::red);
-  f.channels[1] = load(p, point::green);
-  f.channels[2] = load(p, point::blue);
-  f.status = load(p, point::statusByte);
-  f.repeat = load(p, point::repeatByte) & 15;
-  return f;
+// A picture point as the pipeline reads it.
+struct Source {
+  double x, y, z;
+  uint8_t rgb[3];
+  uint8_t status, repeat;
+};
+
+Source read_point(const uint8_t* p) {
+  return {double(load(p, point::x)),
+          double(load(p, point::y)),
+          double(load(p, point::z)),
+          {load(p, point::red), load(p, point::green), load(p, point::blue)},
+          load(p, point::statusByte),
+          static_cast<uint8_t>(load(p, point::repeatByte) & 15)};
+}
+
+// The points a track draws: its picture, or the picture morphed toward the
+// morph picture. A morph has as many points as the nearer of the two
+// pictures; point i pairs the points at the same fraction i / count of both
+// lists, and takes its blanking and repeat from the nearer picture.
+struct Points {
+  const uint8_t* a = nullptr;
+  uint32_t na = 0;
+  const uint8_t* b = nullptr;  // null when not morphing
+  uint32_t nb = 0;
+  double amount = 0;
+  uint32_t count = 0;
+
+  Source at(uint32_t i) const {
+    if (!b) return read_point(a + i * point::size);
+    Source p = read_point(a + uint64_t{i} * na / count * point::size);
+    Source q = read_point(b + uint64_t{i} * nb / count * point::size);
+    Source m = amount < 0.5 ? p : q;
+    m.x = p.x + (q.x - p.x) * amount;
+    m.y = p.y + (q.y - p.y) * amount;
+    m.z = p.z + (q.z - p.z) * amount;
+    for (int j = 0; j < 3; ++j) m.rgb[j] = static_cast<uint8_t>(p.rgb[j] + (q.rgb[j] - p.rgb[j]) * amount);
+    return m;
+  }
+};
+
+const std::vector<uint8_t>* find_picture(const Scanner& s, uint16_t number) {
+  if (number == 0) return nullptr;
+  auto it = s.pictures.find(number);
+  return it == s.pictures.end() ? nullptr : &it->second;
+}
+
+bool track_points(const Scanner& s, const uint8_t* t, Points& pts) {
+  const std::vector<uint8_t>* a = find_picture(s, load(t, track::pictureNumber));
+  if (!a) return false;
+  pts.a = a->data(), pts.na = static_cast<uint32_t>(a->size() / point::size), pts.count = pts.na;
+  double amount = load(t, track::morph);
+  amount = std::isfinite(amount) ? std::clamp(amount, 0.0, 1.0) : 0.0;
+  const std::vector<uint8_t>* b = find_picture(s, load(t, track::morphPicture));
+  if (b && amount > 0) {
+    pts.b = b->data(), pts.nb = static_cast<uint32_t>(b->size() / point::size), pts.amount = amount;
+    pts.count = amount < 0.5 ? pts.na : pts.nb;
+  }
+  return true;
+}
+
+// Scan limits: the part of the point list drawn, as fractions 0..1 of it.
+void scan_range(const uint8_t* t, uint32_t count, uint32_t& first, uint32_t& end) {
+  auto at = [count](double f, double otherwise) {
+    f = std::isfinite(f) ? std::clamp(f, 0.0, 1.0) : otherwise;
+    return static_cast<uint32_t>(f * count);
+  };
+  first = at(load(t, track::scanLimitLow), 0);
+  end = at(load(t, track::scanLimitHigh), 1);
+}
+
+int32_t nearest(double v) { return trunc_to_i32(v < 0 ? v - 0.5 : v + 0.5); }
+
+// The clip box in field coordinates; the edges may be given either way round.
+struct Box {
+  double x1, x2, y1, y2, z1, z2;
+  bool holds(double x, double y, double z) const {
+    return x >= x1 && x <= x2 && y >= y1 && y <= y2 && z >= z1 && z <= z2;
+  }
+};
+
+Box clip_box(const uint8_t* t) {
+  auto edge = [](uint16_t v) { return double(v) - 32768.0; };
+  uint16_t x1 = load(t, track::clipX1), x2 = load(t, track::clipX2);
+  uint16_t y1 = load(t, track::clipY1), y2 = load(t, track::clipY2);
+  int32_t z1 = load(t, track::clipZ1), z2 = load(t, track::clipZ2);
+  return {edge(std::min(x1, x2)), edge(std::max(x1, x2)), edge(std::min(y1, y2)),
+          edge(std::max(y1, y2)), double(std::min(z1, z2)), double(std::max(z1, z2))};
+}
+
+// Appends points to the frame, with a blanked travel point before the first
+// point of each pass over a picture when that point is drawn.
+struct Writer {
+  Frame& frame;
+  bool full() const { return frame.count >= kMaxFramePoints; }
+  void put(const FramePoint& p, bool first) {
+    if (first && !p.blanked()) {
+      FramePoint travel{p.x, p.y, p.z, {}, static_cast<uint8_t>(p.status | 0x40), 0};
+      frame.points[frame.count++] = travel;
+      if (full()) return;
+    }
+    frame.points[frame.count++] = p;
+  }
+};
+
+void draw_track(const Scanner& s, const uint8_t* t, uint32_t slots, const Geonet& net, Writer& out) {
+  Points pts;
+  if (!track_points(s, t, pts)) return;
+  uint32_t first, end;
+  scan_range(t, pts.count, first, end);
+  auto world = s.worlds.find(load(t, track::world));
+  const Matrix base = track_matrix(t, slots, world == s.worlds.end() ? World{} : world->second);
+  if (!base.finite()) return;  // a track whose geometry is not a number draws nothing
+  const Perspective view = track_perspective(t);
+  const Colour colour = track_colour(t, s);
+  const Box box = clip_box(t);
+
+  for (uint32_t k = 0, copies = prism_copies(t); k <= copies; ++k) {
+    const Copy copy = prism_copy(t, k);
+    const Matrix mm = view.on ? base : with_copy(base, copy);
+    const double* m = mm.m;
+    bool outsideBefore = false;
+    for (uint32_t i = first; i < end; ++i) {
+      if (out.full()) return;
+      Source p = pts.at(i);
+      double x = m[0] * p.x + m[1] * p.y + m[2] * p.z + m[3];
+      double y = m[4] * p.x + m[5] * p.y + m[6] * p.z + m[7];
+      double z = m[8] * p.x + m[9] * p.y + m[10] * p.z + m[11];
+      bool behind = false;
+      if (view.on) {
+        double w = view.d + z;
+        behind = !(w > 0);  // at or behind the viewer: left where it is, and dark
+        if (!behind) {
+          double f = view.d / w;
+          x = view.x + (x - view.x) * f;
+          y = view.y + (y - view.y) * f;
+        }
+        double cx = copy.a * x + copy.b * y + copy.c;
+        y = copy.d * x + copy.e * y + copy.f;
+        x = cx;
+      }
+      // A segment is drawn only when both its ends lie in the clip box.
+      bool outside = behind || !box.holds(x, y, z);
+      FramePoint f;
+      f.status = p.status | (outside || outsideBefore ? 0x40 : 0);
+      f.repeat = p.repeat;
+      outsideBefore = outside;
+      if (net.active) net.correct(x, y, z);
+      if (colour.identity) {
+        f.channels[0] = p.rgb[0], f.channels[1] = p.rgb[1], f.channels[2] = p.rgb[2];
+        f.channels[3] = f.channels[4] = f.channels[5] = 0;
+      } else {
+        colour.apply(p.rgb, p.status, x, y, z, f.channels);
+      }
+      f.x = nearest(x), f.y = nearest(y), f.z = nearest(z);
+      out.put(f, i == first);
+    }
+  }
 }
 
 }  // namespace
 
-// The picture of every active track, scaled by the track's size and moved by its shift.
+// Every track of the upload in track order, each through the whole pipeline.
 void render_tracks(Scanner& s) {
   s.frame.count = 0;
   const uint8_t* upload = s.upload.data();
   uint32_t length = s.uploadLength;
   if (length < 3) return;
+  Geonet net;
+  prepare_geonet(s, net);
+  Writer out{s.frame};
   uint32_t tracks = load_le<uint16_t>(upload + 1), at = 3;
   for (uint32_t t = 0; t < tracks && at + track::slotsOffset <= length; ++t) {
     const uint8_t* rec = upload + at;
-    at += track::upload_size(std::min<uint32_t>(load(rec, track::slotCount), track::slotsPerTrack));
+    uint32_t slots = std::min<uint32_t>(load(rec, track::slotCount), track::slotsPerTrack);
+    at += track::upload_size(slots);
     if (at > length) break;
-    uint16_t number = load(rec, track::pictureNumber);
-    auto it = s.pictures.find(number);
-    if (number == 0 || it == s.pictures.end()) continue;
-    double sx = load(rec, track::sizeX), sy = load(rec, track::sizeY);
-    int32_t dx = load(rec, track::shiftX), dy = load(rec, track::shiftY);
-    for (size_t k = 0; k < it->second.size() && s.frame.count < kMaxFramePoints; k += point::size)
-      s.frame.points[s.frame.count++] = frame_point(it->second.data() + k, sx, sy, dx, dy);
+    draw_track(s, rec, slots, net, out);
   }
 }
 

@@ -1,0 +1,162 @@
+// A track's geometry composed once per frame into one matrix: the slot chain,
+// shear, rotation, world angles, size and shift, then the prism copies and
+// the perspective.
+#include <algorithm>
+#include <cmath>
+
+#include "pipeline.h"
+
+namespace kalvor::projector {
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+
+// Sine and cosine of an angle in degrees, exact at multiples of 90 degrees so
+// that quarter turns land on whole coordinate units.
+void sin_cos(double degrees, double& s, double& c) {
+  double d = std::fmod(degrees, 360.0);
+  if (d < 0) d += 360.0;
+  if (d == 0.0 || d == 90.0 || d == 180.0 || d == 270.0) {
+    static constexpr double kSin[] = {0, 1, 0, -1}, kCos[] = {1, 0, -1, 0};
+    int q = static_cast<int>(d / 90.0);
+    s = kSin[q], c = kCos[q];
+    return;
+  }
+  s = std::sin(d * kPi / 180.0);
+  c = std::cos(d * kPi / 180.0);
+}
+
+Matrix rows(double a, double b, double c, double d, double e, double f, double g, double h, double i) {
+  Matrix m;
+  double v[12] = {a, b, c, 0, d, e, f, 0, g, h, i, 0};
+  for (int k = 0; k < 12; ++k) m.m[k] = v[k];
+  return m;
+}
+
+// Three angles (x, y, z) applied in the order `order` names.
+Matrix turns(const double angle[3], const uint8_t order[3]) {
+  Matrix m;
+  for (int k = 0; k < 3; ++k) {
+    double a = angle[order[k]];
+    m = (order[k] == 0 ? turn_x(a) : order[k] == 1 ? turn_y(a) : turn_z(a)).then_after(m);
+  }
+  return m;
+}
+
+constexpr uint8_t kXYZ[3] = {0, 1, 2};
+
+// The orders of the world angles by rotationOrder code; 3, the code tracks
+// start with, is the slots' own order, and codes past 5 are taken as 3.
+constexpr uint8_t kOrders[6][3] = {{2, 1, 0}, {0, 2, 1}, {1, 0, 2}, {0, 1, 2}, {1, 2, 0}, {2, 0, 1}};
+
+// One slot: p -> R(S(p + preMove - pivot)) + pivot + postMove.
+Matrix slot_matrix(const uint8_t* s) {
+  double angle[3] = {load(s, slot::angleX), load(s, slot::angleY), load(s, slot::angleZ)};
+  double pivot[3] = {double(load(s, slot::pivotX)), double(load(s, slot::pivotY)), double(load(s, slot::pivotZ))};
+  Matrix m = translation(load(s, slot::preMoveX) - pivot[0], load(s, slot::preMoveY) - pivot[1],
+                         load(s, slot::preMoveZ) - pivot[2]);
+  m = scaling(load(s, slot::scaleX), load(s, slot::scaleY), load(s, slot::scaleZ)).then_after(m);
+  m = turns(angle, kXYZ).then_after(m);
+  return translation(pivot[0] + load(s, slot::postMoveX), pivot[1] + load(s, slot::postMoveY),
+                     pivot[2] + load(s, slot::postMoveZ))
+      .then_after(m);
+}
+
+}  // namespace
+
+Matrix Matrix::then_after(const Matrix& b) const {
+  Matrix r;
+  for (int i = 0; i < 3; ++i) {
+    const double* a = m + 4 * i;
+    for (int j = 0; j < 4; ++j)
+      r.m[4 * i + j] = a[0] * b.m[j] + a[1] * b.m[4 + j] + a[2] * b.m[8 + j] + (j == 3 ? a[3] : 0.0);
+  }
+  return r;
+}
+
+bool Matrix::finite() const {
+  for (double v : m)
+    if (!std::isfinite(v)) return false;
+  return true;
+}
+
+Matrix translation(double x, double y, double z) {
+  Matrix m;
+  m.m[3] = x, m.m[7] = y, m.m[11] = z;
+  return m;
+}
+
+Matrix scaling(double x, double y, double z) { return rows(x, 0, 0, 0, y, 0, 0, 0, z); }
+
+Matrix turn_x(double degrees) {
+  double s, c;
+  sin_cos(degrees, s, c);
+  return rows(1, 0, 0, 0, c, -s, 0, s, c);
+}
+
+Matrix turn_y(double degrees) {
+  double s, c;
+  sin_cos(degrees, s, c);
+  return rows(c, 0, s, 0, 1, 0, -s, 0, c);
+}
+
+Matrix turn_z(double degrees) {
+  double s, c;
+  sin_cos(degrees, s, c);
+  return rows(c, -s, 0, s, c, 0, 0, 0, 1);
+}
+
+Matrix track_matrix(const uint8_t* t, uint32_t slots, const World& world) {
+  Matrix m;
+  for (uint32_t k = 0; k < slots; ++k) m = slot_matrix(t + track::slotsOffset + k * slot::size).then_after(m);
+  Matrix shear = rows(1, load(t, track::shearXByY), load(t, track::shearXByZ), load(t, track::shearYByX), 1,
+                      load(t, track::shearYByZ), load(t, track::shearZByX), load(t, track::shearZByY), 1);
+  m = shear.then_after(m);
+  double rotate[3] = {load(t, track::rotateX), load(t, track::rotateY), load(t, track::rotateZ)};
+  m = turns(rotate, kXYZ).then_after(m);
+  double worldAngle[3] = {load(t, track::worldAngleX), load(t, track::worldAngleY), load(t, track::worldAngleZ)};
+  uint8_t code = load(t, track::rotationOrder);
+  m = turns(worldAngle, kOrders[code < 6 ? code : 3]).then_after(m);
+  m = scaling(load(t, track::sizeX), load(t, track::sizeY), 1).then_after(m);
+  m = translation(load(t, track::shiftX), load(t, track::shiftY), 0).then_after(m);
+  m = scaling(world.sizeX, world.sizeY, 1).then_after(m);
+  return translation(world.shiftX, world.shiftY, 0).then_after(m);
+}
+
+Perspective track_perspective(const uint8_t* t) {
+  int32_t z = load(t, track::viewZ);
+  if (z == 0) return {};
+  return {true, double(load(t, track::viewX)), double(load(t, track::viewY)), std::fabs(double(z))};
+}
+
+// Mode 1 makes a row of copies along x, mode 2 a column along y, each
+// prismFactor x 4,096 units from the last; every other mode a ring of copies
+// turned about the field's centre by equal steps of a full turn.
+uint32_t prism_copies(const uint8_t* t) { return std::min<uint32_t>(load(t, track::prismCount), 24); }
+
+Copy prism_copy(const uint8_t* t, uint32_t k) {
+  Copy c;
+  if (k == 0) return c;
+  uint8_t mode = load(t, track::prismMode);
+  double factor = load(t, track::prismFactor);
+  if (!std::isfinite(factor)) factor = 0;
+  factor = std::fmax(-4.0, std::fmin(4.0, factor));
+  if (mode == 1) {
+    c.c = k * factor * 4096.0;
+  } else if (mode == 2) {
+    c.f = k * factor * 4096.0;
+  } else {
+    double s, co;
+    sin_cos(360.0 * k / (prism_copies(t) + 1), s, co);
+    c.a = co, c.b = -s, c.d = s, c.e = co;
+  }
+  return c;
+}
+
+Matrix with_copy(const Matrix& m, const Copy& c) {
+  Matrix p = rows(c.a, c.b, 0, c.d, c.e, 0, 0, 0, 1);
+  p.m[3] = c.c, p.m[7] = c.f;
+  return p.then_after(m);
+}
+
+}  // namespace kalvor::projector
