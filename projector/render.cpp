@@ -83,7 +83,13 @@ void scan_range(const uint8_t* t, uint32_t count, uint32_t& first, uint32_t& end
   end = at(load(t, track::scanLimitHigh), 1);
 }
 
-int32_t nearest(double v) { return trunc_to_i32(v < 0 ? v - 0.5 : v + 0.5); }
+// To the nearest unit, halves away from zero; held to the 32-bit range, and a
+// value that is not a number gives the range's low end, with no branch on the
+// common path.
+int32_t nearest(double v) {
+  v = v < 0 ? v - 0.5 : v + 0.5;
+  return static_cast<int32_t>(std::fmin(std::fmax(v, -2147483648.0), 2147483647.0));
+}
 
 // The clip box in field coordinates; the edges may be given either way round.
 struct Box {
@@ -117,6 +123,63 @@ struct Writer {
   }
 };
 
+// What one pass over a track's points needs, fixed for the pass.
+struct Pass {
+  const Points& pts;
+  const double* m;
+  const Perspective& view;
+  const Copy& copy;
+  const Box& box;
+  const Geonet& net;
+  const Colour& colour;
+};
+
+// One pass over the points first..end-1. Simple is the common case: no
+// morph, no perspective, no geometry net and the points' own colours; the
+// compiler then leaves every other stage out of the loop.
+template <bool Simple>
+void draw_pass(const Pass& pass, uint32_t first, uint32_t end, Writer& out) {
+  const double* m = pass.m;
+  bool outsideBefore = false;
+  for (uint32_t i = first; i < end; ++i) {
+    if (out.full()) return;
+    Source p = Simple ? read_point(pass.pts.a + i * point::size) : pass.pts.at(i);
+    double x = m[0] * p.x + m[1] * p.y + m[2] * p.z + m[3];
+    double y = m[4] * p.x + m[5] * p.y + m[6] * p.z + m[7];
+    double z = m[8] * p.x + m[9] * p.y + m[10] * p.z + m[11];
+    bool behind = false;
+    if (!Simple && pass.view.on) {
+      const Perspective& v = pass.view;
+      double w = v.d + z;
+      behind = !(w > 0);  // at or behind the viewer: left where it is, and dark
+      if (!behind) {
+        double f = v.d / w;
+        x = v.x + (x - v.x) * f;
+        y = v.y + (y - v.y) * f;
+      }
+      const Copy& c = pass.copy;
+      double cx = c.a * x + c.b * y + c.c;
+      y = c.d * x + c.e * y + c.f;
+      x = cx;
+    }
+    // A segment is drawn only when both its ends lie in the clip box.
+    bool outside = behind || !pass.box.holds(x, y, z);
+    FramePoint f;
+    f.status = p.status | (outside || outsideBefore ? 0x40 : 0);
+    f.repeat = p.repeat;
+    outsideBefore = outside;
+    if (!Simple && pass.net.active) pass.net.correct(x, y, z);
+    if (Simple || pass.colour.identity) {
+      f.channels[0] = p.rgb[0], f.channels[1] = p.rgb[1], f.channels[2] = p.rgb[2];
+      f.channels[3] = f.channels[4] = f.channels[5] = 0;
+    } else {
+      pass.colour.apply(p.rgb, p.status, x, y, z, f.channels);
+    }
+    f.x = nearest(x), f.y = nearest(y), f.z = nearest(z);
+    out.put(f, i == first);
+  }
+}
+
 void draw_track(const Scanner& s, const uint8_t* t, uint32_t slots, const Geonet& net, Writer& out) {
   Points pts;
   if (!track_points(s, t, pts)) return;
@@ -128,47 +191,16 @@ void draw_track(const Scanner& s, const uint8_t* t, uint32_t slots, const Geonet
   const Perspective view = track_perspective(t);
   const Colour colour = track_colour(t, s);
   const Box box = clip_box(t);
+  const bool simple = !pts.b && !view.on && !net.active && colour.identity;
 
   for (uint32_t k = 0, copies = prism_copies(t); k <= copies; ++k) {
     const Copy copy = prism_copy(t, k);
-    const Matrix mm = view.on ? base : with_copy(base, copy);
-    const double* m = mm.m;
-    bool outsideBefore = false;
-    for (uint32_t i = first; i < end; ++i) {
-      if (out.full()) return;
-      Source p = pts.at(i);
-      double x = m[0] * p.x + m[1] * p.y + m[2] * p.z + m[3];
-      double y = m[4] * p.x + m[5] * p.y + m[6] * p.z + m[7];
-      double z = m[8] * p.x + m[9] * p.y + m[10] * p.z + m[11];
-      bool behind = false;
-      if (view.on) {
-        double w = view.d + z;
-        behind = !(w > 0);  // at or behind the viewer: left where it is, and dark
-        if (!behind) {
-          double f = view.d / w;
-          x = view.x + (x - view.x) * f;
-          y = view.y + (y - view.y) * f;
-        }
-        double cx = copy.a * x + copy.b * y + copy.c;
-        y = copy.d * x + copy.e * y + copy.f;
-        x = cx;
-      }
-      // A segment is drawn only when both its ends lie in the clip box.
-      bool outside = behind || !box.holds(x, y, z);
-      FramePoint f;
-      f.status = p.status | (outside || outsideBefore ? 0x40 : 0);
-      f.repeat = p.repeat;
-      outsideBefore = outside;
-      if (net.active) net.correct(x, y, z);
-      if (colour.identity) {
-        f.channels[0] = p.rgb[0], f.channels[1] = p.rgb[1], f.channels[2] = p.rgb[2];
-        f.channels[3] = f.channels[4] = f.channels[5] = 0;
-      } else {
-        colour.apply(p.rgb, p.status, x, y, z, f.channels);
-      }
-      f.x = nearest(x), f.y = nearest(y), f.z = nearest(z);
-      out.put(f, i == first);
-    }
+    const Matrix m = view.on ? base : with_copy(base, copy);
+    const Pass pass{pts, m.m, view, copy, box, net, colour};
+    if (simple)
+      draw_pass<true>(pass, first, end, out);
+    else
+      draw_pass<false>(pass, first, end, out);
   }
 }
 

@@ -38,6 +38,7 @@ Matrix turns(const double angle[3], const uint8_t order[3]) {
   Matrix m;
   for (int k = 0; k < 3; ++k) {
     double a = angle[order[k]];
+    if (a == 0) continue;
     m = (order[k] == 0 ? turn_x(a) : order[k] == 1 ? turn_y(a) : turn_z(a)).then_after(m);
   }
   return m;
@@ -49,17 +50,24 @@ constexpr uint8_t kXYZ[3] = {0, 1, 2};
 // start with, is the slots' own order, and codes past 5 are taken as 3.
 constexpr uint8_t kOrders[6][3] = {{2, 1, 0}, {0, 2, 1}, {1, 0, 2}, {0, 1, 2}, {1, 2, 0}, {2, 0, 1}};
 
-// One slot: p -> R(S(p + preMove - pivot)) + pivot + postMove.
+// One slot: p -> R(S(p + preMove - pivot)) + pivot + postMove, built
+// directly rather than as a product of six matrices: the chain of eight slots
+// of 32 tracks is composed every frame.
 Matrix slot_matrix(const uint8_t* s) {
   double angle[3] = {load(s, slot::angleX), load(s, slot::angleY), load(s, slot::angleZ)};
+  double scale[3] = {load(s, slot::scaleX), load(s, slot::scaleY), load(s, slot::scaleZ)};
   double pivot[3] = {double(load(s, slot::pivotX)), double(load(s, slot::pivotY)), double(load(s, slot::pivotZ))};
-  Matrix m = translation(load(s, slot::preMoveX) - pivot[0], load(s, slot::preMoveY) - pivot[1],
-                         load(s, slot::preMoveZ) - pivot[2]);
-  m = scaling(load(s, slot::scaleX), load(s, slot::scaleY), load(s, slot::scaleZ)).then_after(m);
-  m = turns(angle, kXYZ).then_after(m);
-  return translation(pivot[0] + load(s, slot::postMoveX), pivot[1] + load(s, slot::postMoveY),
-                     pivot[2] + load(s, slot::postMoveZ))
-      .then_after(m);
+  double before[3] = {load(s, slot::preMoveX) - pivot[0], load(s, slot::preMoveY) - pivot[1],
+                      load(s, slot::preMoveZ) - pivot[2]};
+  double after[3] = {pivot[0] + load(s, slot::postMoveX), pivot[1] + load(s, slot::postMoveY),
+                     pivot[2] + load(s, slot::postMoveZ)};
+  Matrix m = turns(angle, kXYZ);
+  for (int i = 0; i < 3; ++i) {
+    double* row = m.m + 4 * i;
+    for (int j = 0; j < 3; ++j) row[j] *= scale[j];
+    row[3] = row[0] * before[0] + row[1] * before[1] + row[2] * before[2] + after[i];
+  }
+  return m;
 }
 
 }  // namespace
