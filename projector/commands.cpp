@@ -73,13 +73,24 @@ void store_picture(Scanner& s, const Command& c, Reply&) {
                                        (c.length - picture::pointsOffset) / point::size, picture::maxPoints});
   if (count == 0) {
     s.pictures.erase(number);
+    s.bounds.erase(number);
     return;
   }
   const uint8_t* points = c.bytes + picture::pointsOffset;
   s.pictures[number].assign(points, points + count * point::size);
+  Bounds b{{INT16_MAX, INT16_MAX, INT16_MAX}, {INT16_MIN, INT16_MIN, INT16_MIN}};
+  for (uint32_t i = 0; i < count; ++i) {
+    const uint8_t* p = points + i * point::size;
+    int16_t v[3] = {load(p, point::x), load(p, point::y), load(p, point::z)};
+    for (int k = 0; k < 3; ++k) b.lo[k] = std::min(b.lo[k], v[k]), b.hi[k] = std::max(b.hi[k], v[k]);
+  }
+  s.bounds[number] = b;
 }
 
-void clear_pictures(Scanner& s, const Command&, Reply&) { s.pictures.clear(); }
+void clear_pictures(Scanner& s, const Command&, Reply&) {
+  s.pictures.clear();
+  s.bounds.clear();
+}
 
 void answer_picture(Scanner& s, const Command& c, Reply& r) {
   uint16_t number = c.get<uint16_t>(1);

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <vector>
@@ -31,6 +32,9 @@ struct FramePoint {
   uint8_t repeat;       // the point is output 1 + repeat times
   bool blanked() const { return (status & 0x40) != 0; }
 };
+// The renderer writes channels, status and repeat as one little-endian word.
+static_assert(offsetof(FramePoint, status) == offsetof(FramePoint, channels) + 6 &&
+              offsetof(FramePoint, repeat) == offsetof(FramePoint, channels) + 7);
 
 // The frame a scanner draws, at most 16,000 points.
 struct Frame {
@@ -64,10 +68,17 @@ struct FileCopy {
 
 enum HwManager : uint8_t { kStopped = 0, kRunningHidden = 1, kRunningShown = 2 };
 
+// The box that holds every point of a picture, worked out when it arrives, so
+// that a frame can tell at once that a track's points all stay in its clip box.
+struct Bounds {
+  int16_t lo[3], hi[3];
+};
+
 // Everything one scanner keeps.
 struct Scanner {
   // Picture memory: number -> the points as 11-byte picture records, never empty.
   std::map<uint16_t, std::vector<uint8_t>> pictures;
+  std::map<uint16_t, Bounds> bounds;  // of each stored picture
   // The last track upload (0x01, 0x16), as received: at most kMaxUpload bytes.
   std::array<uint8_t, kMaxUpload> upload{};
   uint32_t uploadLength = 0;

@@ -87,15 +87,20 @@ void scan_range(const uint8_t* t, uint32_t count, uint32_t& first, uint32_t& end
 // value that is not a number gives the range's low end, with no branch on the
 // common path.
 int32_t nearest(double v) {
-  v = v < 0 ? v - 0.5 : v + 0.5;
-  return static_cast<int32_t>(std::fmin(std::fmax(v, -2147483648.0), 2147483647.0));
+  v = std::max(-2147483648.0, v);  // a NaN gives the low end
+  v = std::min(2147483647.0, v);
+  return static_cast<int32_t>(static_cast<int64_t>(v + 2147483648.5) - INT64_C(2147483648));
 }
+
+// Points that are known to land within +-2^30 are rounded the same way with
+// the bias folded into the matrix: one conversion and one subtraction.
+constexpr double kBias = 1073741824.0;
 
 // The clip box in field coordinates; the edges may be given either way round.
 struct Box {
   double x1, x2, y1, y2, z1, z2;
   bool holds(double x, double y, double z) const {
-    return x >= x1 && x <= x2 && y >= y1 && y <= y2 && z >= z1 && z <= z2;
+    return (x >= x1) & (x <= x2) & (y >= y1) & (y <= y2) & (z >= z1) & (z <= z2);  // no branch per edge
   }
 };
 
@@ -134,50 +139,88 @@ struct Pass {
   const Colour& colour;
 };
 
-// One pass over the points first..end-1. Simple is the common case: no
-// morph, no perspective, no geometry net and the points' own colours; the
-// compiler then leaves every other stage out of the loop.
-template <bool Simple>
-void draw_pass(const Pass& pass, uint32_t first, uint32_t end, Writer& out) {
+// How much of the pipeline a pass needs. kInside is the common case: no
+// morph, no perspective, no geometry net, the points' own colours and every
+// point inside the clip box; the compiler then leaves every other stage out.
+enum Mode { kEverything, kInside };
+
+template <Mode M>
+[[gnu::always_inline]] inline FramePoint draw_point(const Pass& pass, uint32_t i, bool& outsideBefore) {
   const double* m = pass.m;
-  bool outsideBefore = false;
-  for (uint32_t i = first; i < end; ++i) {
-    if (out.full()) return;
-    Source p = Simple ? read_point(pass.pts.a + i * point::size) : pass.pts.at(i);
-    double x = m[0] * p.x + m[1] * p.y + m[2] * p.z + m[3];
-    double y = m[4] * p.x + m[5] * p.y + m[6] * p.z + m[7];
-    double z = m[8] * p.x + m[9] * p.y + m[10] * p.z + m[11];
-    bool behind = false;
-    if (!Simple && pass.view.on) {
-      const Perspective& v = pass.view;
-      double w = v.d + z;
-      behind = !(w > 0);  // at or behind the viewer: left where it is, and dark
-      if (!behind) {
-        double f = v.d / w;
-        x = v.x + (x - v.x) * f;
-        y = v.y + (y - v.y) * f;
-      }
-      const Copy& c = pass.copy;
-      double cx = c.a * x + c.b * y + c.c;
-      y = c.d * x + c.e * y + c.f;
-      x = cx;
-    }
-    // A segment is drawn only when both its ends lie in the clip box.
-    bool outside = behind || !pass.box.holds(x, y, z);
-    FramePoint f;
-    f.status = p.status | (outside || outsideBefore ? 0x40 : 0);
-    f.repeat = p.repeat;
-    outsideBefore = outside;
-    if (!Simple && pass.net.active) pass.net.correct(x, y, z);
-    if (Simple || pass.colour.identity) {
-      f.channels[0] = p.rgb[0], f.channels[1] = p.rgb[1], f.channels[2] = p.rgb[2];
-      f.channels[3] = f.channels[4] = f.channels[5] = 0;
-    } else {
-      pass.colour.apply(p.rgb, p.status, x, y, z, f.channels);
-    }
-    f.x = nearest(x), f.y = nearest(y), f.z = nearest(z);
-    out.put(f, i == first);
+  FramePoint f;
+  if constexpr (M == kInside) {
+    // The matrix holds the bias: x + 2^30 + 0.5 is positive, so truncating
+    // it rounds x to the nearest unit as nearest() does. The colour, status
+    // and repeat go over as one 8-byte word.
+    const uint8_t* r = pass.pts.a + i * point::size;
+    double px = load(r, point::x), py = load(r, point::y), pz = load(r, point::z);
+    f.x = static_cast<int32_t>(m[0] * px + m[1] * py + m[2] * pz + m[3]) - static_cast<int32_t>(kBias);
+    f.y = static_cast<int32_t>(m[4] * px + m[5] * py + m[6] * pz + m[7]) - static_cast<int32_t>(kBias);
+    f.z = static_cast<int32_t>(m[8] * px + m[9] * py + m[10] * pz + m[11]) - static_cast<int32_t>(kBias);
+    uint32_t tail = load_le<uint32_t>(r + point::repeatByte.offset);  // repeat, red, green, blue
+    uint64_t word = (tail >> 8) | uint64_t{load(r, point::statusByte)} << 48 | uint64_t{tail & 15} << 56;
+    store_le<uint64_t>(f.channels, word);
+    return f;
   }
+  Source p = pass.pts.at(i);
+  double x = m[0] * p.x + m[1] * p.y + m[2] * p.z + m[3];
+  double y = m[4] * p.x + m[5] * p.y + m[6] * p.z + m[7];
+  double z = m[8] * p.x + m[9] * p.y + m[10] * p.z + m[11];
+  f.channels[0] = p.rgb[0], f.channels[1] = p.rgb[1], f.channels[2] = p.rgb[2];
+  f.channels[3] = f.channels[4] = f.channels[5] = 0;
+  f.repeat = p.repeat;
+  bool behind = false;
+  if (pass.view.on) {
+    const Perspective& v = pass.view;
+    double w = v.d + z;
+    behind = !(w > 0);  // at or behind the viewer: left where it is, and dark
+    if (!behind) {
+      double k = v.d / w;
+      x = v.x + (x - v.x) * k;
+      y = v.y + (y - v.y) * k;
+    }
+    const Copy& c = pass.copy;
+    double cx = c.a * x + c.b * y + c.c;
+    y = c.d * x + c.e * y + c.f;
+    x = cx;
+  }
+  // A segment is drawn only when both its ends lie in the clip box.
+  bool outside = behind | !pass.box.holds(x, y, z);
+  f.status = p.status | ((outside | outsideBefore) ? 0x40 : 0);
+  outsideBefore = outside;
+  if (pass.net.active) pass.net.correct(x, y, z);
+  if (!pass.colour.identity) pass.colour.apply(p.rgb, p.status, x, y, z, f.channels);
+  f.x = nearest(x), f.y = nearest(y), f.z = nearest(z);
+  return f;
+}
+
+// The points first..end-1 of a pass: the first through the writer, which
+// adds its travel point, the rest straight into the room left.
+template <Mode M>
+void draw_pass(const Pass& pass, uint32_t first, uint32_t end, Writer& out) {
+  if (first >= end || out.full()) return;
+  bool outsideBefore = false;
+  out.put(draw_point<M>(pass, first, outsideBefore), true);
+  Frame& frame = out.frame;
+  end = std::min(end, first + 1 + (kMaxFramePoints - frame.count));
+  FramePoint* next = frame.points.data() + frame.count;  // the count stays in a register
+  for (uint32_t i = first + 1; i < end; ++i) *next++ = draw_point<M>(pass, i, outsideBefore);
+  frame.count = static_cast<uint32_t>(next - frame.points.data());
+}
+
+// True when the matrix takes every corner of the picture's bounds, and so
+// every point, into the clip box, well within +-2^30.
+bool stays_inside(const Matrix& mm, const Bounds& b, const Box& box) {
+  if (box.z1 < -kBias / 2 || box.z2 > kBias / 2) return false;
+  const double* m = mm.m;
+  for (int c = 0; c < 8; ++c) {
+    double px = (c & 1 ? b.hi : b.lo)[0], py = (c & 2 ? b.hi : b.lo)[1], pz = (c & 4 ? b.hi : b.lo)[2];
+    double x = m[0] * px + m[1] * py + m[2] * pz + m[3];
+    double y = m[4] * px + m[5] * py + m[6] * pz + m[7];
+    double z = m[8] * px + m[9] * py + m[10] * pz + m[11];
+    if (!box.holds(x, y, z)) return false;
+  }
+  return true;
 }
 
 void draw_track(const Scanner& s, const uint8_t* t, uint32_t slots, const Geonet& net, Writer& out) {
@@ -191,16 +234,18 @@ void draw_track(const Scanner& s, const uint8_t* t, uint32_t slots, const Geonet
   const Perspective view = track_perspective(t);
   const Colour colour = track_colour(t, s);
   const Box box = clip_box(t);
-  const bool simple = !pts.b && !view.on && !net.active && colour.identity;
+  auto bounds = s.bounds.find(load(t, track::pictureNumber));
+  const bool simple = !pts.b && !view.on && !net.active && colour.identity && bounds != s.bounds.end();
 
   for (uint32_t k = 0, copies = prism_copies(t); k <= copies; ++k) {
     const Copy copy = prism_copy(t, k);
-    const Matrix m = view.on ? base : with_copy(base, copy);
-    const Pass pass{pts, m.m, view, copy, box, net, colour};
-    if (simple)
-      draw_pass<true>(pass, first, end, out);
-    else
-      draw_pass<false>(pass, first, end, out);
+    Matrix m = view.on ? base : with_copy(base, copy);
+    if (simple && stays_inside(m, bounds->second, box)) {
+      for (int r = 0; r < 3; ++r) m.m[4 * r + 3] += kBias + 0.5;
+      draw_pass<kInside>({pts, m.m, view, copy, box, net, colour}, first, end, out);
+    } else {
+      draw_pass<kEverything>({pts, m.m, view, copy, box, net, colour}, first, end, out);
+    }
   }
 }
 

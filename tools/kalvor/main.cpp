@@ -11,6 +11,7 @@
 #include <numeric>
 
 #include "kalvor/kalvor.h"
+#include "engine.h"
 #include "pictures.h"
 #include "svg.h"
 #include "transport.h"
@@ -73,11 +74,14 @@ void convert(const std::string& in, const std::string& out, const Range& range) 
   std::printf("%s: %zu picture%s written\n", out.c_str(), numbers.size(), numbers.size() == 1 ? "" : "s");
 }
 
-void render(const std::string& file, const std::string& out, size_t picture, const RenderOptions& options) {
+void render(const std::string& file, const std::string& out, size_t picture, const RenderOptions& options,
+            const Transform& transform) {
   Show show = read_show(file);
   Range range;
   if (picture) range = {picture, picture};
-  write_svg(show, range.of(show, file), file, out, options);
+  std::vector<size_t> numbers = range.of(show, file);
+  if (transform.any()) transform_pictures(show, numbers, transform);
+  write_svg(show, numbers, file, out, options);
   std::printf("%s: drawn\n", out.c_str());
 }
 
@@ -113,6 +117,10 @@ int main(int argc, char** argv) {
   render_cmd->add_flag("--show-blanked", options.showBlanked, "Draw blanked moves as dotted grey lines");
   render_cmd->add_option("--size", options.size, "Edge of one picture in pixels (default 600, 200 on a sheet)")
       ->check(CLI::Range(16, 8192));
+  Transform transform;
+  render_cmd->add_option("--rotate", transform.rotate,
+                         "Draw through the projector, turned by DEG degrees (positive: clockwise as drawn)");
+  render_cmd->add_option("--scale", transform.scale, "Draw through the projector, scaled by F");
 
   try {
     app.parse(argc, argv);
@@ -130,7 +138,7 @@ int main(int argc, char** argv) {
   try {
     if (*info_cmd) info(file);
     if (*convert_cmd) convert(in, out, range);
-    if (*render_cmd) render(file, out, picture, options);
+    if (*render_cmd) render(file, out, picture, options, transform);
   } catch (const Failure& failure) {
     std::fprintf(stderr, "kalvor: %s\n", failure.what());
     status = failure.status;
