@@ -14,7 +14,7 @@ constexpr double kHalf = 32768.0;      // field coordinate 0 is picture coordina
 // edge cells carry on beyond the field.
 int cell(double u, double& fraction) {
   double g = u / kStep;
-  int a = g < 1 ? 0 : g >= 7 ? 7 : static_cast<int>(g);
+  int a = g >= 7 ? 7 : g >= 1 ? static_cast<int>(g) : 0;  // a NaN takes cell 0
   fraction = g - a;
   return a;
 }
