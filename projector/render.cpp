@@ -83,9 +83,8 @@ void scan_range(const uint8_t* t, uint32_t count, uint32_t& first, uint32_t& end
   end = at(load(t, track::scanLimitHigh), 1);
 }
 
-// To the nearest unit, halves away from zero; held to the 32-bit range, and a
-// value that is not a number gives the range's low end, with no branch on the
-// common path.
+// To the nearest unit, halves upward, held to the 32-bit range; a value that
+// is not a number gives the range's low end.
 int32_t nearest(double v) {
   v = std::max(-2147483648.0, v);  // a NaN gives the low end
   v = std::min(2147483647.0, v);
