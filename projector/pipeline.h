@@ -17,8 +17,6 @@ struct Matrix {
   bool finite() const;
 };
 
-Matrix translation(double x, double y, double z);
-Matrix scaling(double x, double y, double z);
 // Right-handed turns in degrees: a positive turn about z takes +x toward +y,
 // about x +y toward +z, about y +z toward +x.
 Matrix turn_x(double degrees);

@@ -15,7 +15,7 @@ constexpr double kPi = 3.14159265358979323846;
 // that quarter turns land on whole coordinate units. The angle is reduced to
 // a quarter turn and a remainder within 45 degrees, whose sine and cosine
 // come from their series to within 1e-13 (a billionth of a unit over the
-// whole field): about 900 of these make a frame, and this is quicker than
+// whole field): hundreds of these make a frame, and this is quicker than
 // the C library's sin and cos.
 void sin_cos(double degrees, double& s, double& c) {
   if (!std::isfinite(degrees)) {
@@ -108,14 +108,6 @@ bool Matrix::finite() const {
     if (!std::isfinite(v)) return false;
   return true;
 }
-
-Matrix translation(double x, double y, double z) {
-  Matrix m;
-  m.m[3] = x, m.m[7] = y, m.m[11] = z;
-  return m;
-}
-
-Matrix scaling(double x, double y, double z) { return rows(x, 0, 0, 0, y, 0, 0, 0, z); }
 
 Matrix turn_x(double degrees) {
   double s, c;
