@@ -220,6 +220,19 @@ def test_render_orientation():
     assert int(line.get("y2")) < int(line.get("y1"))
 
 
+def test_render_transform():
+    # A red stroke from the centre to the right, drawn through the projector:
+    # a quarter turn makes it point down (y grows downwards), and a scale of
+    # 0.5 halves it. The first point is dark, so no travel point is added.
+    write_ilda5("right.ild", [[(0, 0, True, (0, 0, 0)), (10000, 0, False, (255, 0, 0))]])
+    for args, length in ((["--rotate", 90], 10000), (["--rotate", 90, "--scale", 0.5], 5000)):
+        run("render", "right.ild", "-o", "turned.svg", *args)
+        _, lines = svg_lines("turned.svg")
+        assert len(lines) == 1 and lines[0].get("stroke") == "#ff0000", args
+        x1, y1, x2, y2 = (int(lines[0].get(k)) for k in ("x1", "y1", "x2", "y2"))
+        assert (x1 == x2, y2 - y1) == (True, length), (args, x1, y1, x2, y2)
+
+
 def test_errors():
     # Each message names the file and the problem in plain words.
     os.makedirs("folder.ild/inside")
