@@ -1,5 +1,6 @@
 // info, convert and render.
 #include "commands.h"
+#include "engine.h"
 
 #include <cctype>
 #include <cstdio>
@@ -88,13 +89,15 @@ bool is_png(const std::string& path) {
   throw Failure("cannot write '" + path + "': render writes .svg or .png images (or - for SVG on standard output)", 2);
 }
 
-void render(const std::string& file, const std::string& out, size_t picture, const RenderOptions& options) {
+void render(const std::string& file, const std::string& out, size_t picture, const RenderOptions& options,
+            const Transform& transform) {
   bool png = is_png(out);
   Show show = read_show(file);
   report_warnings(show);
   Range range;
   if (picture) range = {picture, picture};
   std::vector<size_t> numbers = range.of(show, file);
+  if (transform.any()) transform_pictures(show, numbers, transform);
   if (png)
     write_png(show, numbers, out, options);
   else
@@ -148,6 +151,7 @@ Action add_render(CLI::App& app) {
   static std::string file, out;
   static size_t picture = 0;
   static RenderOptions options;
+  static Transform transform;
   CLI::App* cmd = app.add_subcommand(
       "render", "Draws one picture, or a contact sheet of all of them, as an SVG or PNG image; Y points up.");
   cmd->add_option("FILE", file, "The picture file (- reads an ILDA file from standard input)")->required();
@@ -157,7 +161,10 @@ Action add_render(CLI::App& app) {
   cmd->add_flag("--show-blanked", options.showBlanked, "Draw blanked moves as dotted grey lines");
   cmd->add_option("--size", options.size, "Edge of one picture in pixels (default 600, 200 on a sheet)")
       ->check(CLI::Range(16, 8192));
-  return [] { render(file, out, picture, options); };
+  cmd->add_option("--rotate", transform.rotate,
+                  "Draw through the projector, turned by DEG degrees (positive: clockwise as drawn)");
+  cmd->add_option("--scale", transform.scale, "Draw through the projector, scaled by F");
+  return [] { render(file, out, picture, options, transform); };
 }
 
 }  // namespace cli

@@ -13,11 +13,11 @@ namespace {
 constexpr uint32_t kScanner = 2;  // scanner 1 holds the show's pictures
 constexpr uint16_t kPicture = 1;
 
-Picture draw(const Show& show, const Picture& picture, const Transform& t) {
+Picture draw(const Picture& picture, const Transform& t) {
   size_t count = std::min<size_t>(picture.points.size(), 8192);
   for (size_t i = 0; i < count; ++i) {
     const Point& p = picture.points[i];
-    Rgb c = show.colour(picture, p);
+    const Rgb& c = p.rgb;  // the colour it is drawn in
     DisplaySetPicPoint(kScanner, static_cast<uint16_t>(i), static_cast<uint16_t>(p.x), static_cast<uint16_t>(p.y),
                        static_cast<uint16_t>(p.z), p.status, p.repeat, c.r, c.g, c.b);
   }
@@ -46,7 +46,7 @@ Picture draw(const Show& show, const Picture& picture, const Transform& t) {
 }  // namespace
 
 void transform_pictures(Show& show, const std::vector<size_t>& numbers, const Transform& transform) {
-  for (size_t number : numbers) show.pictures[number - 1] = draw(show, show.pictures[number - 1], transform);
+  for (size_t number : numbers) show.pictures[number - 1] = draw(show.pictures[number - 1], transform);
 }
 
 }  // namespace cli
