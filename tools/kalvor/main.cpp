@@ -10,6 +10,7 @@
 #include <iostream>
 #include <numeric>
 
+#include "devices.h"
 #include "kalvor/kalvor.h"
 #include "pictures.h"
 #include "svg.h"
@@ -114,11 +115,15 @@ int main(int argc, char** argv) {
   render_cmd->add_option("--size", options.size, "Edge of one picture in pixels (default 600, 200 on a sheet)")
       ->check(CLI::Range(16, 8192));
 
+  DevicesOptions devices;
+  CLI::App* devices_cmd = add_devices_command(app, devices);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     return app.exit(e) == 0 ? 0 : 2;
   }
+  if (*devices_cmd) return run_devices(devices);
 
   std::string tried;
   if (!load_virtual_scanner(tried)) {
