@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <thread>
@@ -89,7 +90,9 @@ class IdnTransport : public ::testing::Test {
     DisplayInit();
   }
   static std::string output(int scanner, const Receiver& r) {
-    return "[" + std::to_string(scanner) + "]\nOutput=idn:127.0.0.1:" + std::to_string(r.port()) + "\n";
+    char text[64];
+    std::snprintf(text, sizeof text, "[%d]\nOutput=idn:127.0.0.1:%u\n", scanner, r.port());
+    return text;
   }
   void TearDown() override { DisplayExit(); }
 };
