@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 
 namespace kalvor::net {
 
@@ -23,7 +24,9 @@ bool startup();
 // Reads a dotted IPv4 address or looks a host name up (may wait for a name server).
 bool resolve(const char* host, Address* out);
 // "a.b.c.d" into out (at least 16 bytes).
-void format_ip(uint32_t ip, char* out);
+inline void format_ip(uint32_t ip, char* out) {
+  std::snprintf(out, 16, "%u.%u.%u.%u", ip >> 24, (ip >> 16) & 255, (ip >> 8) & 255, ip & 255);
+}
 
 // A non-blocking UDP socket bound to `local` (0.0.0.0:0 for any), with
 // broadcasts allowed when asked; kNoSocket on failure.

@@ -47,10 +47,6 @@ bool resolve(const char* host, Address* out) {
   return true;
 }
 
-void format_ip(uint32_t ip, char* out) {
-  std::snprintf(out, 16, "%u.%u.%u.%u", ip >> 24, (ip >> 16) & 255, (ip >> 8) & 255, ip & 255);
-}
-
 Socket open_udp(Address local, bool broadcast) {
   if (!startup()) return kNoSocket;
   SOCKET s = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);

@@ -104,33 +104,30 @@ bool parse_idn_output(const std::string& value, IdnTarget* target, std::string* 
     return false;
   }
   std::string rest = value.substr(4);
-  IdnTarget t;
-  size_t slash = rest.find('/');
-  if (slash != std::string::npos) {
-    long service = 0;
-    if (!read_number(rest.substr(slash + 1), 0, 255, &service)) {
-      *problem = "service '" + rest.substr(slash + 1) + "' is not a number 0 to 255";
+  long service = 0, port = kIdnPort;
+  // The service after the first '/', then the port after the first ':'.
+  const struct {
+    char mark;
+    long lo, hi;
+    const char* name;
+    long* out;
+  } parts[] = {{'/', 0, 255, "service", &service}, {':', 1, 65535, "port", &port}};
+  for (const auto& part : parts) {
+    size_t at = rest.find(part.mark);
+    if (at == std::string::npos) continue;
+    std::string number = rest.substr(at + 1);
+    if (!read_number(number, part.lo, part.hi, part.out)) {
+      *problem = std::string(part.name) + " '" + number + "' is not a number " + std::to_string(part.lo) + " to " +
+                 std::to_string(part.hi);
       return false;
     }
-    t.service = static_cast<uint8_t>(service);
-    rest.erase(slash);
-  }
-  size_t colon = rest.find(':');
-  if (colon != std::string::npos) {
-    long port = 0;
-    if (!read_number(rest.substr(colon + 1), 1, 65535, &port)) {
-      *problem = "port '" + rest.substr(colon + 1) + "' is not a number 1 to 65535";
-      return false;
-    }
-    t.port = static_cast<uint16_t>(port);
-    rest.erase(colon);
+    rest.erase(at);
   }
   if (rest.empty()) {
     *problem = "Output '" + value + "' names no host";
     return false;
   }
-  t.host = rest;
-  *target = t;
+  *target = IdnTarget{rest, static_cast<uint16_t>(port), static_cast<uint8_t>(service)};
   return true;
 }
 
