@@ -41,8 +41,10 @@ std::vector<kt::Point> picture(size_t count, size_t first) {
 }
 
 // The samples the engine's current frame should go out as: Y pointing up,
-// held to 16 bits, blanked points dark, padded to 20 with the last sample.
-std::vector<Sample> engine_samples(uint32_t s) {
+// held to 16 bits, blanked points dark, each point 1 + repeat times (the
+// preview does not show repeats: the test knows them), padded to 20 with the
+// last sample.
+std::vector<Sample> engine_samples(uint32_t s, const std::vector<int>& repeats = {}) {
   uint16_t count = 0;
   uint32_t wait = 0;
   displayupdatefullpreviewbuffer(s, &count, &wait);
@@ -52,8 +54,9 @@ std::vector<Sample> engine_samples(uint32_t s) {
     uint8_t status = 0, r = 0, g = 0, b = 0;
     displaygetfullpreviewbuffervector(s, i, &x, &y, &status, &r, &g, &b);
     bool dark = status & 0x40;
-    out.push_back(Sample{hold(x), hold(-1 - int64_t{y}), uint8_t(dark ? 0 : r), uint8_t(dark ? 0 : g),
-                         uint8_t(dark ? 0 : b), uint8_t(dark ? 0 : 255)});
+    for (int k = 0; k <= (i < repeats.size() ? repeats[i] : 0); ++k)
+      out.push_back(Sample{hold(x), hold(-1 - int64_t{y}), uint8_t(dark ? 0 : r), uint8_t(dark ? 0 : g),
+                           uint8_t(dark ? 0 : b), uint8_t(dark ? 0 : 255)});
   }
   if (out.empty()) out.push_back(Sample{0, 0, 0, 0, 0, 0});
   while (out.size() < 20) out.push_back(out.back());
@@ -115,6 +118,15 @@ TEST_F(IdnTransport, FramesOfEverySizeArriveWholeInFragmentsOfAtMost1454Bytes) {
     EXPECT_EQ(f.fragments, row.fragments) << row.points;
     EXPECT_EQ(f.duration, expected.size() * 50) << row.points;
   }
+  // Repeated points: 1 + 3 + 16 samples, no padding.
+  kt::upload(3, 1, {{1, 2, 0, 0x80, 0, 9, 9, 9}, {3, 4, 0, 0x80, 2, 8, 8, 8}, {5, 6, 0, 0xC0, 15, 7, 7, 7}});
+  displayinittrack(3);
+  displayframe(3, 0, 1);
+  displayupdate(3);
+  std::vector<Sample> repeated = engine_samples(3, {0, 2, 15});
+  ASSERT_EQ(repeated.size(), 20u);
+  EXPECT_TRUE(rx.wait(last_is(repeated), 3000));
+  show(3, 16000);
   // Points moved beyond the 16-bit range are held at its ends.
   DisplayShiftX(3, MAKEMASK(0) | MAKEMASK(1), 0, 0, 0.9);
   displayupdate(3);
