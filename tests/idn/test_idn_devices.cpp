@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <string>
+#include <thread>
 
 #include "receiver.h"
 #include "transports/common/transport_config.h"
@@ -52,4 +53,28 @@ TEST(IdnDevices, ListsTheReceiversLaserServiceWithAConfigurationLine) {
   rx.stop();
   out = run("devices --host " + where + " --timeout 200", &status);
   EXPECT_EQ(status, 1) << out;
+}
+
+TEST(IdnDevices, AnswersThatLieAboutTheirSizeAreCountedAndIgnored) {
+  namespace net = kalvor::net;
+  net::Socket liar = net::open_udp(net::Address{0x7F000001, 0}, false);
+  uint16_t port = net::local_address(liar).port;
+  // Answers the scan with a response claiming 200 bytes, one with another
+  // sequence number, and a service map claiming nine services it does not hold.
+  std::thread answer([liar] {
+    uint8_t in[64];
+    net::Address from;
+    if (!net::wait_readable(liar, 5000) || net::receive_datagram(liar, in, sizeof in, &from) != 4) return;
+    uint8_t scan[44] = {0x11, 0, in[2], in[3], 200};
+    uint8_t other[44] = {0x11, 0, in[2], static_cast<uint8_t>(in[3] + 1), 40};
+    uint8_t map[32] = {0x13, 0, 0, 9, 4, 24, 0, 9};
+    for (auto* d : {scan, other}) net::send_datagram_to(liar, d, 44, from);
+    net::send_datagram_to(liar, map, sizeof map, from);
+  });
+  int status = -1;
+  std::string out = run("devices --host 127.0.0.1:" + std::to_string(port) + " --timeout 500 2>&1", &status);
+  answer.join();
+  net::close_socket(liar);
+  EXPECT_EQ(status, 1) << out;
+  EXPECT_NE(out.find("3 unexpected or malformed datagrams ignored"), std::string::npos) << out;
 }
