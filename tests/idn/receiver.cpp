@@ -11,11 +11,6 @@ namespace {
 uint16_t be16(const uint8_t* p) { return static_cast<uint16_t>(p[0] << 8 | p[1]); }
 uint32_t be32(const uint8_t* p) { return uint32_t{p[0]} << 24 | uint32_t{p[1]} << 16 | uint32_t{p[2]} << 8 | p[3]; }
 
-uint64_t now_ms() {
-  using namespace std::chrono;
-  return static_cast<uint64_t>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
-}
-
 // The sample layout the transport announces: X, Y 16-bit, red, green, blue, intensity.
 const uint8_t kLayout[16] = {0x42, 0x00, 0x40, 0x10, 0x42, 0x10, 0x40, 0x10,
                              0x52, 0x7E, 0x52, 0x14, 0x51, 0xCC, 0x5C, 0x10};
@@ -116,10 +111,6 @@ void Receiver::channel_message(const uint8_t* d, size_t n) {
   uint8_t chunk = content & 0xFF;
   uint32_t timestamp = be32(d + 8);
   if (!(content & 0x8000)) bad("content ID without the channel message bit");
-  uint64_t now = now_ms();
-  if (open_) longestSilence_ = std::max<uint32_t>(longestSilence_, static_cast<uint32_t>(now - lastMessageMs_));
-  lastMessageMs_ = now;
-  open_ = true;
 
   if (chunk == 0xC0) {
     if (!inFrame_) return bad("sequel fragment without a first fragment");
@@ -140,6 +131,9 @@ void Receiver::channel_message(const uint8_t* d, size_t n) {
   if (inFrame_) bad("a frame's fragments interrupted before the last one");
   inFrame_ = false;
   if (haveTimestamp_ && static_cast<int32_t>(timestamp - lastTimestamp_) <= 0) bad("timestamp did not move on");
+  if (open_) longestSilence_ = std::max<uint32_t>(longestSilence_, (timestamp - lastMessageTimestamp_) / 1000);
+  open_ = true;
+  lastMessageTimestamp_ = timestamp;
   lastTimestamp_ = timestamp;
   haveTimestamp_ = true;
   // Every message that may carry a configuration carries one.

@@ -49,7 +49,9 @@ class Receiver {
   int keepalives();
   int closes();        // channel closes followed by a close command
   int scans();         // scan and service-map requests answered
-  uint32_t longest_silence_ms();  // longest gap between channel messages of an open session
+  // Longest gap between the timestamps (the sender's clock) of channel
+  // messages of an open session, sequels aside.
+  uint32_t longest_silence_ms();
 
  private:
   void loop();
@@ -71,8 +73,8 @@ class Receiver {
   bool closing_ = false;     // the channel close came; the close command should follow
   bool inFrame_ = false;     // fragments of a frame are arriving
   uint32_t lastTimestamp_ = 0;
+  uint32_t lastMessageTimestamp_ = 0;  // of the last message that is no sequel
   bool haveTimestamp_ = false;
-  uint64_t lastMessageMs_ = 0;
   Frame partial_;
 
   std::vector<Frame> frames_;

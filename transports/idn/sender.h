@@ -44,7 +44,7 @@ class Sender {
   net::Address local() const { return net::local_address(socket_); }
 
   // Keepalive cadence: well under the second after which receivers close.
-  static constexpr uint64_t kKeepaliveUs = 400000;
+  static constexpr uint64_t kKeepaliveUs = 350000;
 
  private:
   void encode(const projector::Frame& frame, bool lit);
