@@ -36,7 +36,8 @@ strings for a transport library named LASER.DLL, and reads and writes laser
 picture files (ILDA and others).
 
 This package holds the shared library, its C header, CMake and pkg-config
-files, the kalvor command-line tool and a virtual scanner transport.")
+files, the kalvor command-line tool, a virtual scanner transport and an
+IDN transport that streams frames to laser projectors on the network.")
 set(CPACK_STRIP_FILES ON)
 if(WIN32)
   # The Windows release archive (cpack -G ZIP in a Windows build folder): one

@@ -1,6 +1,6 @@
 // Replays inputs through one reader without libFuzzer, so that every build
 // (any compiler, any platform) runs the inputs that once failed:
-//   kalvor_fuzz_replay <reader> <file or folder>...
+//   kalvor_fuzz_replay <reader or IDN parser> <file or folder>...
 // A folder stands for every file in it. A fault aborts, as under the fuzzer.
 #include <algorithm>
 #include <cstdio>
@@ -9,19 +9,31 @@
 #include <iterator>
 #include <vector>
 
+#include "idn_parsers.h"
 #include "readers.h"
 
 namespace fs = std::filesystem;
 
-static void replay(kalvor_fuzz::Reader reader, const fs::path& file) {
+// A file reader or an IDN parser, by name.
+struct Target {
+  bool idn = false;
+  kalvor_fuzz::Reader reader{};
+  kalvor_fuzz::IdnParser parser{};
+};
+
+static void replay(const Target& target, const fs::path& file) {
   std::ifstream in(file, std::ios::binary);
   std::vector<uint8_t> data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  kalvor_fuzz::run_reader(reader, data.data(), data.size());
+  if (target.idn)
+    kalvor_fuzz::run_idn_parser(target.parser, data.data(), data.size());
+  else
+    kalvor_fuzz::run_reader(target.reader, data.data(), data.size());
 }
 
 int main(int argc, char** argv) {
-  kalvor_fuzz::Reader reader;
-  if (argc < 3 || !kalvor_fuzz::reader_by_name(argv[1], &reader)) {
+  Target reader;
+  if (argc >= 3) reader.idn = kalvor_fuzz::idn_parser_by_name(argv[1], &reader.parser);
+  if (argc < 3 || (!reader.idn && !kalvor_fuzz::reader_by_name(argv[1], &reader.reader))) {
     fprintf(stderr, "usage: %s <reader> <file or folder>...\n", argv[0]);
     return 2;
   }

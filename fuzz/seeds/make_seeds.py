@@ -94,3 +94,31 @@ put("profile", "utf8.ini", b"\xef\xbb\xbf[1]\rMasterName=K\xc3\xa9\xc4\x80\xff\r
     b"[2\x00]\nSignal=\"0b101\"\nC0ToR=\xef\xbc\x90.5\x1a\n[3]]\nSignal=-0o17\n")
 put("profile", "utf16.ini", b"\xff\xfe" + "[1]\r\nMasterName=\u20ac\u3000\nSlaveName='x'\nSignal=\x01 7\n"
     .encode("utf-16-le") + b"\x00\xd8")
+
+# IDN datagrams: scan responses, service maps and acknowledgements as devices
+# send them, and ones whose sizes or counts claim more than they hold.
+def hello(command, seq=1):
+    return struct.pack(">BBH", command, 0, seq)
+
+def name20(text):
+    return text.encode().ljust(20, b"\0")[:20]
+
+scan = hello(0x11) + bytes([40, 0x01, 0x01, 0, 7, 1, 2, 0, 0x5E, 0x10, 0x20, 0x30]) + bytes(8) + name20("projector")
+put("idn_scan", "device.bin", scan)
+put("idn_scan", "long-id.bin", hello(0x11) + bytes([40, 0x10, 0x11, 0, 15, 0x7F]) + b"unit-name-1234" + name20("x" * 20))
+put("idn_scan", "lying-size.bin", hello(0x11) + bytes([200]) + scan[5:])
+put("idn_scan", "short.bin", scan[:30])
+
+def service(sid, stype, flags, relay, text):
+    return bytes([sid, stype, flags, relay]) + name20(text)
+
+smap = hello(0x13) + bytes([4, 24, 1, 2]) + service(0, 0, 0, 1, "relay") + service(1, 0x80, 1, 0, "Laser 1")
+smap += service(2, 0x80, 0, 1, "Laser 2")
+put("idn_service_map", "two-services.bin", smap)
+put("idn_service_map", "wide-entries.bin", hello(0x13) + bytes([8, 32, 0, 1]) + bytes(4) + service(3, 0x80, 1, 0, "wide") + bytes(8))
+put("idn_service_map", "lying-count.bin", hello(0x13) + bytes([4, 24, 0, 9]) + service(1, 0x80, 1, 0, "one"))
+
+put("idn_ack", "twelve.bin", hello(0x47) + struct.pack(">BbHHBBI", 12, 0, 0x0001, 0x0001, 1, 100, 250))
+put("idn_ack", "four.bin", hello(0x47) + struct.pack(">BbH", 4, -20, 0x0010))
+put("idn_ack", "ten.bin", hello(0x47) + struct.pack(">BbHHBBH", 10, -18, 0, 0x0400, 0, 0, 9))
+put("idn_ack", "lying.bin", hello(0x47) + struct.pack(">BbH", 40, 0, 0))

@@ -1,4 +1,4 @@
-# Every file reader under libFuzzer (clang, AddressSanitizer and
+# Every file reader and IDN parser under libFuzzer (clang, AddressSanitizer and
 # UndefinedBehaviorSanitizer), each for a bounded time, starting from the seed
 # inputs, the corpus of earlier runs (fuzz/corpus), the inputs that once failed
 # and the shared ILDA files. An input that makes a fuzzer fail is kept under
@@ -19,7 +19,7 @@ cmake -S "$KALVOR_ROOT" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DKALVOR_FUZZ=ON >/dev/null
 cmake --build "$build" -j "${KALVOR_JOBS:-2}" --target kalvor_fuzzers
 
-readers=$(sed -n 's/^set(KALVOR_FUZZ_READERS \(.*\))$/\1/p' "$KALVOR_ROOT/fuzz/CMakeLists.txt")
+readers=$(sed -n 's/^set(KALVOR_FUZZ_\(READERS\|IDN_PARSERS\) \(.*\))$/\2/p' "$KALVOR_ROOT/fuzz/CMakeLists.txt")
 fixtures="$KALVOR_ROOT/../shared/fixtures/ilda"
 export ASAN_OPTIONS=halt_on_error=1:abort_on_error=1:detect_leaks=1
 export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1

@@ -14,6 +14,7 @@
 #include <map>
 
 #include "commands.h"
+#include "devices.h"
 #include "kalvor/kalvor.h"
 #include "transport.h"
 
@@ -59,12 +60,18 @@ int main(int argc, char** argv) {
     actions[app.get_subcommands({}).back()] = action;
   }
 
+  // Commands that talk to the network or choose a transport of their own,
+  // rather than work on files with the virtual scanner.
+  DevicesOptions devices;
+  CLI::App* devices_cmd = add_devices_command(app, devices);
+
   if (int status = check_command(app, argc, argv); status >= 0) return status;
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     return app.exit(e) == 0 ? 0 : 2;
   }
+  if (*devices_cmd) return run_devices(devices);
 
 #if defined(SIGXFSZ)
   // A file-size limit then fails the write with a reason, instead of ending
