@@ -27,10 +27,12 @@ bool ask(net::Socket s, net::Address to, idn::Command command, uint16_t sequence
   return net::wait_readable(s, 2000) && net::receive_datagram(s, in, sizeof in, nullptr) > 0;
 }
 
+// The first point is blanked, so the projector adds no travel point before
+// it: the frame holds exactly `points` points.
 void show(uint32_t scanner, int points) {
   for (int i = 0; i < points; ++i)
     DisplaySetPicPoint(scanner, static_cast<uint16_t>(i), static_cast<uint16_t>(i * 97), static_cast<uint16_t>(i * 41), 0,
-                       0x80, 0, static_cast<uint8_t>(i), 255, 0);
+                       i == 0 ? 0xC0 : 0x80, 0, static_cast<uint8_t>(i), 255, 0);
   displaysetpic(scanner, 1, static_cast<uint16_t>(points));
   displayinittrack(scanner);
   displayframe(scanner, 0, 1);
