@@ -12,6 +12,7 @@
 
 #include "kalvor/kalvor.h"
 #include "pictures.h"
+#include "play.h"
 #include "svg.h"
 #include "transport.h"
 
@@ -114,11 +115,16 @@ int main(int argc, char** argv) {
   render_cmd->add_option("--size", options.size, "Edge of one picture in pixels (default 600, 200 on a sheet)")
       ->check(CLI::Range(16, 8192));
 
+  PlayOptions play_options;
+  CLI::App* play_cmd = add_play(app, play_options);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     return app.exit(e) == 0 ? 0 : 2;
   }
+
+  if (*play_cmd) return play(play_options);  // play chooses its own transport
 
   std::string tried;
   if (!load_virtual_scanner(tried)) {

@@ -143,15 +143,15 @@ Picture read_back(uint16_t number) {
 
 // Sends a picture to the scanner; with resolve, indexed colours are written
 // out as the palette colours they stand for.
-void upload(const Show& show, const Picture& picture, uint16_t number, bool resolve) {
+void upload(uint32_t scanner, const Show& show, const Picture& picture, uint16_t number, bool resolve) {
   size_t count = std::min(picture.points.size(), kMaxPoints);
   for (size_t i = 0; i < count; ++i) {
     const Point& p = picture.points[i];
     Rgb c = resolve ? show.colour(picture, p) : p.rgb;
-    DisplaySetPicPoint(kScanner, static_cast<uint16_t>(i), static_cast<uint16_t>(p.x), static_cast<uint16_t>(p.y),
+    DisplaySetPicPoint(scanner, static_cast<uint16_t>(i), static_cast<uint16_t>(p.x), static_cast<uint16_t>(p.y),
                        static_cast<uint16_t>(p.z), p.status, p.repeat, c.r, c.g, c.b);
   }
-  displaysetpic(kScanner, number, static_cast<uint16_t>(count));
+  displaysetpic(scanner, number, static_cast<uint16_t>(count));
 }
 
 std::string list_extensions(bool writable) {
@@ -165,6 +165,10 @@ std::string list_extensions(bool writable) {
 
 Rgb Show::colour(const Picture& picture, const Point& point) const {
   return picture.indexed ? palette[point.colour_index()] : point.rgb;
+}
+
+void send_picture(uint32_t scanner, const Show& show, const Picture& picture, uint16_t number) {
+  upload(scanner, show, picture, number, true);
 }
 
 std::string readable_extensions() { return list_extensions(false); }
@@ -197,7 +201,7 @@ void write_show(const Show& show, const std::string& path, size_t first, size_t 
   bool ilda = format.write == write_ild;  // ILDA output holds colours, not palette indices
   clearpicmem(kScanner);
   for (size_t i = 0; i < count; ++i)
-    upload(show, show.pictures[first - 1 + i], static_cast<uint16_t>(format.firstNumber + i), ilda);
+    upload(kScanner, show, show.pictures[first - 1 + i], static_cast<uint16_t>(format.firstNumber + i), ilda);
   std::error_code ignored;
   std::filesystem::remove(path, ignored);  // so that a file left over is not taken for the result
   format.write(path.c_str(), static_cast<uint16_t>(count));

@@ -27,27 +27,29 @@ fs::path executable_folder() {
 #endif
 }
 
-// True when the library at path loads and is the virtual scanner. The module
-// stays loaded for the life of the process.
+// True when the library at path loads and takes commands. The module stays
+// loaded for the life of the process.
 bool load(const fs::path& path) {
 #if defined(_WIN32)
   HMODULE module = LoadLibraryA(path.string().c_str());
-  return module && GetProcAddress(module, "virtual_scanner_reset");
+  return module && GetProcAddress(module, "NetScanCommand");
 #else
   void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  return module && dlsym(module, "virtual_scanner_reset");
+  return module && dlsym(module, "NetScanCommand");
 #endif
 }
 
 }  // namespace
 
-bool load_virtual_scanner(std::string& tried) {
+bool load_transport(const std::string& name, std::string& tried) {
   std::vector<fs::path> candidates;
-  if (const char* chosen = std::getenv("KALVOR_VIRTUAL_SCANNER")) {
+  const char* chosen = std::getenv("KALVOR_VIRTUAL_SCANNER");
+  if (chosen && name == "virtual") {
     candidates.emplace_back(chosen);
   } else {
     fs::path here = executable_folder();
-    candidates = {here / KALVOR_VIRTUAL_FROM_BUILD, here / KALVOR_VIRTUAL_FROM_INSTALL};
+    candidates = {here / KALVOR_TRANSPORTS_FROM_BUILD / name / "LASER.DLL",
+                  here / KALVOR_TRANSPORTS_FROM_INSTALL / name / "LASER.DLL"};
   }
   for (const fs::path& path : candidates) {
     if (fs::exists(path) && load(path)) return true;
