@@ -3,8 +3,6 @@
 // scanner, the live preview, or IDN output.
 #include "play.h"
 
-#include <unistd.h>
-
 #include <chrono>
 #include <cmath>
 #include <csignal>
@@ -61,11 +59,11 @@ struct TransportConfig {
     if (!path.empty()) fs::remove(path, ignored);
   }
   void write(uint32_t scanner, const std::string& target) {
-    path = fs::temp_directory_path() / ("kalvor-play-" + std::to_string(getpid()) + ".ini");
+    path = fs::temp_directory_path() / ("kalvor-play-" + std::to_string(process_id()) + ".ini");
     std::ofstream file(path);
     file << "[" << scanner << "]\nOutput=" << target << "\n";
     if (!file.flush()) throw Failure("cannot write the transport configuration '" + path.string() + "'");
-    setenv("KALVOR_TRANSPORT_CONFIG", path.c_str(), 1);
+    set_environment("KALVOR_TRANSPORT_CONFIG", path.string());
   }
 };
 
@@ -93,7 +91,7 @@ void progress(uint32_t shown, uint32_t total, double elapsed, double fps) {
 // Shows the pictures one a frame; returns false when Ctrl-C stopped it.
 bool run(const PlayOptions& options, uint32_t total) {
   const uint32_t n = options.scanner;
-  const bool terminal = isatty(STDOUT_FILENO);
+  const bool terminal = stdout_is_terminal();
   const auto period = std::chrono::duration<double>(1.0 / options.fps);
   displaybeginsession(n);
   displayinittrack(n);
@@ -141,7 +139,7 @@ int play(const PlayOptions& options) {
   uint32_t total = 0;
   try {
     output = parse_output(options.output);
-    if (!output.previewListen.empty()) setenv("KALVOR_PREVIEW_LISTEN", output.previewListen.c_str(), 1);
+    if (!output.previewListen.empty()) set_environment("KALVOR_PREVIEW_LISTEN", output.previewListen);
     if (!output.idnTarget.empty()) config.write(options.scanner, output.idnTarget);
   } catch (const Failure& failure) {
     std::fprintf(stderr, "kalvor: %s\n", failure.what());
@@ -153,10 +151,8 @@ int play(const PlayOptions& options) {
                  output.transport.c_str(), tried.c_str());
     return 1;
   }
-  struct sigaction action {};
-  action.sa_handler = on_interrupt;
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
+  std::signal(SIGINT, on_interrupt);
+  std::signal(SIGTERM, on_interrupt);
   DisplayInit();
   bool finished = true;
   int status = 0;

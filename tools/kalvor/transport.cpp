@@ -6,9 +6,12 @@
 #include <vector>
 
 #if defined(_WIN32)
+#include <io.h>
+#include <process.h>
 #include <windows.h>
 #else
 #include <dlfcn.h>
+#include <unistd.h>
 #endif
 
 namespace cli {
@@ -56,6 +59,30 @@ bool load_transport(const std::string& name, std::string& tried) {
     tried += (tried.empty() ? "" : ", ") + path.lexically_normal().string();
   }
   return false;
+}
+
+void set_environment(const char* name, const std::string& value) {
+#if defined(_WIN32)
+  _putenv_s(name, value.c_str());
+#else
+  setenv(name, value.c_str(), 1);
+#endif
+}
+
+bool stdout_is_terminal() {
+#if defined(_WIN32)
+  return _isatty(_fileno(stdout));
+#else
+  return isatty(STDOUT_FILENO);
+#endif
+}
+
+unsigned long process_id() {
+#if defined(_WIN32)
+  return static_cast<unsigned long>(_getpid());
+#else
+  return static_cast<unsigned long>(getpid());
+#endif
 }
 
 }  // namespace cli

@@ -1,4 +1,5 @@
-// Finding the transport (LASER.DLL) that the tool uses.
+// Finding the transport (LASER.DLL) that the tool uses, and the few other
+// things the tool asks of the operating system.
 #pragma once
 
 #include <string>
@@ -13,6 +14,15 @@ namespace cli {
 // the file when set. Returns false, with the paths tried in `tried`, when
 // none of them holds a transport.
 bool load_transport(const std::string& name, std::string& tried);
+
+// Sets an environment variable for this process and the modules it loads.
+void set_environment(const char* name, const std::string& value);
+
+// True when standard output is a terminal.
+bool stdout_is_terminal();
+
+// This process's id, to name its temporary files.
+unsigned long process_id();
 
 // The virtual scanner, which every command but play uses.
 inline bool load_virtual_scanner(std::string& tried) { return load_transport("virtual", tried); }
