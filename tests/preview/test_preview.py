@@ -35,6 +35,7 @@ def test_requests():
             (b"GET / HTTP/1.1\r\n\r\n", b" 403 "),               # no Host at all
             (ph.upgrade_request(port, origin="http://evil.example"), b" 403 "),  # cross-site WebSocket
             (ph.upgrade_request(port, origin=f"http://localhost:{port + 1}"), b" 403 "),
+            (ph.upgrade_request(port, origin="http://127.0.0.1"), b" 403 "),  # a page on port 80
             (ph.upgrade_request(port), b" 403 "),                # no Origin
             (ph.upgrade_request(port, host=f"evil.example:{port}", origin=f"http://evil.example:{port}"), b" 403 "),
             (ok("/nothing"), b" 404 "),

@@ -107,7 +107,7 @@ int check_request(mg_connection* connection) {
                                   std::to_string(g_port));
   if (is_websocket_upgrade(connection)) {
     const char* origin = mg_get_header(connection, "Origin");
-    if (!origin || !origin_allowed(origin, host))
+    if (!origin || !origin_allowed(origin, g_port))
       return refuse(connection, "Forbidden: frames are sent only to the preview's own page");
   }
   return 0;
@@ -224,15 +224,23 @@ bool host_allowed(const char* host, uint32_t port) {
     port_text = h.substr(colon + 1);
   }
   std::string expected = std::to_string(port);
-  if (port_text.empty() ? port != 80 : port_text != expected) return false;
+  // The name is what a rebinding attack controls; a port, when given, must be ours.
+  if (!port_text.empty() && port_text != expected) return false;
   std::string n(name);
   unsigned char address[16];
   return equal_nocase(n, "localhost") || inet_pton(AF_INET, n.c_str(), address) == 1 ||
          inet_pton(AF_INET6, n.c_str(), address) == 1;
 }
 
-bool origin_allowed(const char* origin, const char* host) {
-  return equal_nocase(origin, std::string("http://") + host);
+bool origin_allowed(const char* origin, uint32_t port) {
+  std::string_view o = origin;
+  constexpr std::string_view scheme = "http://";
+  if (o.size() <= scheme.size() || !equal_nocase(o.substr(0, scheme.size()), scheme)) return false;
+  std::string host(o.substr(scheme.size()));
+  // An origin without a port is a page on port 80: some other server's.
+  size_t bracket = host.rfind(']');
+  bool has_port = host.find(':', bracket == std::string::npos ? 0 : bracket + 1) != std::string::npos;
+  return (has_port || port == 80) && host_allowed(host.c_str(), port);
 }
 
 void Server::start(Board& board) {

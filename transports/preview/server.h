@@ -43,13 +43,14 @@ struct Listen {
 bool parse_listen(const char* text, Listen& listen, std::string& why);
 
 // True when a request's Host header names this server by an IP address or
-// "localhost", with its port: a page reached through some other name (DNS
-// rebinding) is refused.
+// "localhost", and its port if it gives one: a page reached through some
+// other name (DNS rebinding) is refused.
 bool host_allowed(const char* host, uint32_t port);
 
-// True when a WebSocket's Origin is the page this server served under the
-// request's (allowed) Host, so no other site's page can read the show.
-bool origin_allowed(const char* origin, const char* host);
+// True when a WebSocket's Origin is a page of this server (http, an IP
+// address or "localhost", and this server's port), so no other site's page,
+// not even another server's on this machine, can read the show.
+bool origin_allowed(const char* origin, uint32_t port);
 
 class Server {
  public:
