@@ -99,6 +99,7 @@ bool run(const PlayOptions& options, uint32_t total) {
   displayoutput(n, 1);
   Clock::time_point start = Clock::now(), next = start;
   uint64_t frames = 0;
+  double shown = -1;  // when the progress line was last written
   do {
     for (uint32_t picture = 1; picture <= total && !g_interrupted; ++picture) {
       double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
@@ -106,7 +107,10 @@ bool run(const PlayOptions& options, uint32_t total) {
       displayframe(n, 0, static_cast<uint16_t>(picture));
       displayupdate(n);
       ++frames;
-      if (terminal) progress(picture, total, elapsed, elapsed > 0 ? frames / elapsed : 0);
+      if (terminal && (elapsed - shown >= 0.1 || picture == total)) {  // ten lines a second are enough
+        progress(picture, total, elapsed, elapsed > 0 ? frames / elapsed : 0);
+        shown = elapsed;
+      }
       next += std::chrono::duration_cast<Clock::duration>(period);
       std::this_thread::sleep_until(next);
     }

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -148,7 +149,9 @@ int serve_page(mg_connection* connection, void*) {
   return 404;
 }
 
-int websocket_connect(const mg_connection*, void*) {
+int websocket_connect(const mg_connection* connection, void*) {
+  // CivetWeb reuses connection records: no sender from an earlier connection may show through.
+  mg_set_user_connection_data(const_cast<mg_connection*>(connection), nullptr);
   if (++g_clients > kMaxClients) {
     --g_clients;
     return 1;  // refused
@@ -160,8 +163,13 @@ void websocket_ready(mg_connection* connection, void*) {
   auto* client = new Client;
   client->connection = connection;
   client->board = g_board;
+  try {
+    client->thread = std::thread(feed, client);
+  } catch (const std::system_error&) {  // no thread to spare: this browser gets no frames
+    delete client;
+    return;
+  }
   mg_set_user_connection_data(connection, client);
-  client->thread = std::thread(feed, client);
 }
 
 // The page sends nothing the server needs; a close frame ends the connection.
@@ -179,6 +187,7 @@ void websocket_close(const mg_connection* connection, void*) {
     client->board->changed.notify_all();
     client->thread.join();
     delete client;
+    mg_set_user_connection_data(const_cast<mg_connection*>(connection), nullptr);
   }
   --g_clients;
 }
