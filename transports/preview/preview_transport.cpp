@@ -36,9 +36,10 @@ TRANSPORT_ENTRY NetScanDestructor() {
 TRANSPORT_ENTRY NetScanCommand(uint32_t scanner, uint8_t* bytes, uint32_t length, uint8_t* reply) {
   std::lock_guard<std::mutex> lock(g_board.mutex);
   uint32_t events = g_projector.command(scanner, bytes, length, reply);
-  if (events & (projector::kNewFrame | projector::kOutputChanged)) {
+  projector::Scanner* s = g_projector.scanner(scanner);
+  if (s && (events & (projector::kNewFrame | projector::kOutputChanged))) {
     preview::Board::Slot& slot = g_board.slots[scanner];
-    slot.length = preview::encode(scanner, *g_projector.scanner(scanner), slot.bytes.data());
+    slot.length = preview::encode(scanner, *s, slot.bytes.data());
     slot.version = ++g_board.version;
     g_board.changed.notify_all();
   }

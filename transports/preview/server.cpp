@@ -9,9 +9,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -41,7 +43,7 @@ std::atomic<int> g_clients{0};
 
 bool equal_nocase(std::string_view a, std::string_view b) {
   return a.size() == b.size() &&
-         std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return std::tolower(x) == std::tolower(y); });
+         std::equal(a.begin(), a.end(), b.begin(), [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
 }
 
 // Sends, for each scanner whose message changed, its latest message, at most
