@@ -6,6 +6,7 @@ import re
 import socket
 import struct
 import subprocess
+import sys
 import time
 
 HEADER, POINT = 16, 8
@@ -24,13 +25,17 @@ def start(command, listen="127.0.0.1:0", env=None):
 
 
 def stop(process, sig=2):
-    """Interrupts a host and returns its exit status."""
+    """Interrupts a host and returns its exit status; shows what it wrote
+    on standard error when that is not 130, the status of an interrupted play."""
     process.send_signal(sig)
     try:
-        return process.wait(timeout=15)
+        status = process.wait(timeout=15)
     except subprocess.TimeoutExpired:
         process.kill()
         raise
+    if status != 130:
+        sys.stderr.write(process.stderr.read())
+    return status
 
 
 def request(port, raw):
