@@ -38,6 +38,8 @@ def test_requests():
             (ph.upgrade_request(port, origin="http://127.0.0.1"), b" 403 "),  # a page on port 80
             (ph.upgrade_request(port), b" 403 "),                # no Origin
             (ph.upgrade_request(port, host=f"evil.example:{port}", origin=f"http://evil.example:{port}"), b" 403 "),
+            (ph.upgrade_request(port, path="/nothing", origin=f"http://{me}"), b" 404 "),
+            (ph.upgrade_request(port, origin=f"http://{me}").replace(b"Version: 13", b"Version: 99"), b" 400 "),
             (ok("/nothing"), b" 404 "),
             (ok("/frames"), b" 426 "),
             (f"POST / HTTP/1.1\r\nHost: {me}\r\nContent-Length: 0\r\n\r\n".encode(), b" 405 "),

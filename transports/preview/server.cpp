@@ -92,27 +92,34 @@ bool is_websocket_upgrade(mg_connection* connection) {
   return upgrade && equal_nocase(upgrade, "websocket");
 }
 
-// A 403 with its reason, written by hand: CivetWeb's error page has no status
+// An error answer written by hand: CivetWeb's own error page has no status
 // line when the request asked for a WebSocket.
-int refuse(mg_connection* connection, const std::string& reason) {
+int answer(mg_connection* connection, int status, const char* phrase, const std::string& text) {
   mg_printf(connection,
-            "HTTP/1.1 403 Forbidden\r\nContent-Type: text/plain; charset=utf-8\r\nContent-Length: %zu\r\n"
+            "HTTP/1.1 %d %s\r\nContent-Type: text/plain; charset=utf-8\r\nContent-Length: %zu\r\n"
             "Connection: close\r\n\r\n%s\n",
-            reason.size() + 1, reason.c_str());
-  return 403;
+            status, phrase, text.size() + 1, text.c_str());
+  return status;
 }
 
-// Runs before CivetWeb handles any request: refuses foreign hosts and origins.
+// Runs before CivetWeb handles any request: refuses foreign hosts and
+// origins, and WebSocket requests that CivetWeb would refuse without a
+// proper HTTP answer.
 int check_request(mg_connection* connection) {
   const char* host = mg_get_header(connection, "Host");
   if (!host || !host_allowed(host, g_port))
-    return refuse(connection, "Forbidden: the preview answers only to an IP address or localhost with port " +
-                                  std::to_string(g_port));
-  if (is_websocket_upgrade(connection)) {
-    const char* origin = mg_get_header(connection, "Origin");
-    if (!origin || !origin_allowed(origin, g_port))
-      return refuse(connection, "Forbidden: frames are sent only to the preview's own page");
-  }
+    return answer(connection, 403, "Forbidden",
+                  "the preview answers only to an IP address or localhost with port " + std::to_string(g_port));
+  if (!is_websocket_upgrade(connection)) return 0;
+  const char* origin = mg_get_header(connection, "Origin");
+  if (!origin || !origin_allowed(origin, g_port))
+    return answer(connection, 403, "Forbidden", "frames are sent only to the preview's own page");
+  const mg_request_info* request = mg_get_request_info(connection);
+  if (!request->local_uri || std::string_view(request->local_uri) != kFramesPath)
+    return answer(connection, 404, "Not Found", std::string("the WebSocket is ") + kFramesPath);
+  const char* version = mg_get_header(connection, "Sec-WebSocket-Version");
+  if (!mg_get_header(connection, "Sec-WebSocket-Key") || !version || std::string_view(version) != "13")
+    return answer(connection, 400, "Bad Request", "a WebSocket request needs Sec-WebSocket-Key and version 13");
   return 0;
 }
 
