@@ -79,9 +79,10 @@ def test_clients():
             t.start()
         for t in threads:
             t.join(timeout=10)
-        # 2 s at 60 fps is 120 frames; a host or reader held up by the stalled client falls far short.
+        # 2 s at 60 fps is 120 frames. A host or reader held up by the stalled client
+        # gets next to none (a write waits 5 s); a third leaves room for a loaded machine.
         for serials in results:
-            assert serials and serials[-1] - serials[0] >= 80 and len(serials) >= 60, serials
+            assert serials and serials[-1] - serials[0] >= 40 and len(serials) >= 20, serials
     finally:
         for r in readers:
             r.close()
