@@ -110,7 +110,25 @@ class Client:
 
 
 def parse(payload):
+    """The header as a dict; points(message) unpacks the points when a test needs them."""
     version, scanner, flags, _, serial, count, rate = struct.unpack_from("<BBBBIII", payload)
-    points = [struct.unpack_from("<hhBBBB", payload, HEADER + i * POINT) for i in range(count)]
     return {"version": version, "scanner": scanner, "lit": bool(flags & 1), "serial": serial, "rate": rate,
-            "points": points}
+            "count": count, "payload": payload}
+
+
+def points(message):
+    """(x, y, r, g, b, flags) of every point of a message."""
+    return [struct.unpack_from("<hhBBBB", message["payload"], HEADER + i * POINT) for i in range(message["count"])]
+
+
+def ilda(figure, pictures):
+    """An ILDA file of `pictures` true-colour 2-D sections, each the figure:
+    a list of (x, y, blanked, (r, g, b)) with y growing upward."""
+    out = b""
+    for n in range(pictures + 1):
+        count = len(figure) if n < pictures else 0
+        out += b"ILDA\0\0\0\x05" + b"figure\0\0" + b"kalvor\0\0" + struct.pack(">HHHBB", count, n, pictures, 0, 0)
+        for i, (x, y, blanked, (r, g, b)) in enumerate(figure[:count]):
+            status = (0x40 if blanked else 0) | (0x80 if i == count - 1 else 0)
+            out += struct.pack(">hhBBBB", x, y, status, b, g, r)
+    return out

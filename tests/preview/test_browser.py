@@ -6,7 +6,6 @@ screenshot. Exits 77 (skipped) when the browser cannot start.
 Usage: test_browser.py KALVOR WORKDIR"""
 import os
 import shutil
-import struct
 import sys
 import tempfile
 import time
@@ -21,18 +20,6 @@ SIZE = 512  # the page's canvas, in pixels a side
 FIGURE = [(-16000, 24000, True, (0, 0, 0)), (16000, 24000, False, (255, 0, 0)),
           (16000, 8000, False, (0, 255, 0)), (-16000, -24000, True, (0, 0, 0)),
           (16000, -24000, False, (0, 0, 255))]
-
-
-def ilda(pictures):
-    """An ILDA file of true-colour 2-D sections, each the figure."""
-    out = b""
-    for n in range(pictures + 1):
-        count = len(FIGURE) if n < pictures else 0
-        out += b"ILDA\0\0\0\x05" + b"figure\0\0" + b"kalvor\0\0" + struct.pack(">HHHBB", count, n, pictures, 0, 0)
-        for i, (x, y, blanked, (r, g, b)) in enumerate(FIGURE[:count]):
-            status = (0x40 if blanked else 0) | (0x80 if i == count - 1 else 0)
-            out += struct.pack(">hhBBBB", x, y, status, b, g, r)
-    return out
 
 
 def canvas_xy(x, y):
@@ -74,7 +61,7 @@ def main():
     os.makedirs(WORK, exist_ok=True)
     figure = os.path.join(WORK, "figure.ild")
     with open(figure, "wb") as f:
-        f.write(ilda(3))
+        f.write(ph.ilda(FIGURE, 3))
     try:
         driver = browser()
     except Exception as e:  # no browser, no driver, or it cannot start here

@@ -1,7 +1,7 @@
 """The live preview transport, driven as a browser would drive it: through
 `kalvor play` and a twenty-scanner host, over 127.0.0.1 only.
 
-Usage: test_preview.py TEST KALVOR TWENTY_SCANNERS PREVIEW_DIR FIXTURES"""
+Usage: test_preview.py TEST KALVOR TWENTY_SCANNERS PREVIEW_DIR FIXTURES WORKDIR"""
 import os
 import socket
 import subprocess
@@ -11,7 +11,8 @@ import time
 
 import preview_host as ph
 
-TEST, KALVOR, TWENTY, PREVIEW_DIR, FIXTURES = sys.argv[1:6]
+TEST, KALVOR, TWENTY, PREVIEW_DIR, FIXTURES, WORK = sys.argv[1:7]
+os.makedirs(WORK, exist_ok=True)
 CIRCLE = os.path.join(FIXTURES, "ilda", "growing_circle.ild")
 
 
@@ -51,7 +52,7 @@ def test_requests():
             assert status in answer, (raw, answer)
         client = ph.Client(port)
         first = client.message()
-        while not first["points"]:  # the session may begin before the first frame
+        while not first["count"]:  # the session may begin before the first frame
             first = client.message()
         assert first["version"] == 1 and first["scanner"] == 1 and first["lit"], first
         client.close()
@@ -62,8 +63,13 @@ def test_requests():
 def test_clients():
     """Eight readers and one client that never reads: every reader keeps getting
     new frames, and the host keeps its pace and stops cleanly on Ctrl-C."""
-    process, port = play("--loop", "--fps", "60")
+    # 8000 points a frame: 64 KB messages fill the stalled client's socket within a second.
+    big = os.path.join(WORK, "big.ild")
+    with open(big, "wb") as f:
+        f.write(ph.ilda([(i * 8 - 32000, (i % 100) * 600 - 30000, False, (255, 255, 255)) for i in range(8000)], 2))
+    process, port = ph.start([KALVOR, "play", big, "--output", "preview", "--loop", "--fps", "60"])
     stalled = ph.Client(port, receive_buffer=4096)  # never read from again
+    time.sleep(1.5)
     readers = [ph.Client(port) for _ in range(8)]
     results = [None] * len(readers)
 
@@ -101,7 +107,7 @@ def test_twenty_scanners():
         deadline = time.monotonic() + 3
         while len(seen) < 20 and time.monotonic() < deadline:
             m = client.message()
-            if m["points"]:
+            if m["count"]:
                 seen[m["scanner"]] = m
         assert sorted(seen) == list(range(1, 21))
         assert all(m["lit"] for m in seen.values())
