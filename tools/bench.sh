@@ -26,3 +26,7 @@ cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING
 cmake --build "$build" -j "${KALVOR_JOBS:-2}" --target bench
 LD_LIBRARY_PATH="$build/transports/null" "$build/bench/kalvor_bench" \
   --benchmark_repetitions=5 --benchmark_report_aggregates_only=true "$@"
+# The live preview's cost to a host, beside the virtual scanner's (Linux, with CivetWeb).
+if cmake --build "$build" -j "${KALVOR_JOBS:-2}" --target bench_preview >/dev/null 2>&1; then
+  "$build/bench/preview/kalvor_bench_preview" "$build/transports" 5 2>/dev/null
+fi

@@ -16,6 +16,7 @@
 #include "commands.h"
 #include "devices.h"
 #include "kalvor/kalvor.h"
+#include "play.h"
 #include "transport.h"
 
 using namespace cli;
@@ -64,6 +65,8 @@ int main(int argc, char** argv) {
   // rather than work on files with the virtual scanner.
   DevicesOptions devices;
   CLI::App* devices_cmd = add_devices_command(app, devices);
+  PlayOptions play_options;
+  CLI::App* play_cmd = add_play(app, play_options);
 
   if (int status = check_command(app, argc, argv); status >= 0) return status;
   try {
@@ -72,6 +75,7 @@ int main(int argc, char** argv) {
     return app.exit(e) == 0 ? 0 : 2;
   }
   if (*devices_cmd) return run_devices(devices);
+  if (*play_cmd) return play(play_options);  // play chooses its own transport
 
 #if defined(SIGXFSZ)
   // A file-size limit then fails the write with a reason, instead of ending

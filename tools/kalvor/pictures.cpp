@@ -121,14 +121,14 @@ Picture read_back(uint16_t number) {
 }
 
 // Sends a picture to the scanner in the colours it is drawn in.
-void upload(const Picture& picture, uint16_t number) {
+void upload(uint32_t scanner, const Picture& picture, uint16_t number) {
   size_t count = std::min(picture.points.size(), kMaxPoints);
   for (size_t i = 0; i < count; ++i) {
     const Point& p = picture.points[i];
-    DisplaySetPicPoint(kScanner, static_cast<uint16_t>(i), static_cast<uint16_t>(p.x), static_cast<uint16_t>(p.y),
+    DisplaySetPicPoint(scanner, static_cast<uint16_t>(i), static_cast<uint16_t>(p.x), static_cast<uint16_t>(p.y),
                        static_cast<uint16_t>(p.z), p.status, p.repeat, p.rgb.r, p.rgb.g, p.rgb.b);
   }
-  displaysetpic(kScanner, number, static_cast<uint16_t>(count));
+  displaysetpic(scanner, number, static_cast<uint16_t>(count));
 }
 
 std::string list_extensions(bool writable) {
@@ -243,6 +243,10 @@ std::string with_commas(uint64_t n) {
   return out;
 }
 
+void send_picture(uint32_t scanner, const Show&, const Picture& picture, uint16_t number) {
+  upload(scanner, picture, number);
+}
+
 std::string readable_extensions() { return list_extensions(false); }
 std::string writable_extensions() { return list_extensions(true); }
 
@@ -313,7 +317,7 @@ void write_show(const Show& show, const std::string& path, size_t first, size_t 
   OutputFile out(path);
   clearpicmem(kScanner);
   for (size_t i = 0; i < count; ++i)
-    upload(show.pictures[first - 1 + i], static_cast<uint16_t>(format.firstNumber + i));
+    upload(kScanner, show.pictures[first - 1 + i], static_cast<uint16_t>(format.firstNumber + i));
   // The library's writer makes a file of its own, which becomes the output.
   Scratch scratch{scratch_path(path, format.extension)};
   errno = 0;

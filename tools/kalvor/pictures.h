@@ -56,6 +56,10 @@ Show read_show(const std::string& path);
 // Writes pictures first..last (counted from 1, inclusive) of the show.
 void write_show(const Show& show, const std::string& path, size_t first, size_t last);
 
+// Stores a picture in the scanner's memory under number, its colours as
+// drawn (indexed colours resolved through the show's palette).
+void send_picture(uint32_t scanner, const Show& show, const Picture& picture, uint16_t number);
+
 // Text listing the extensions that can be read, or written.
 std::string readable_extensions();
 std::string writable_extensions();
