@@ -126,7 +126,7 @@ void finish_ilda(const std::string& from, OutputFile& out, const std::vector<std
     if (!in.read(reinterpret_cast<char*>(section.data()), kHeader)) break;
     uint32_t n = be16(&section[24]);
     section.resize(kHeader + 8 * size_t{n});
-    in.read(reinterpret_cast<char*>(section.data() + kHeader), 8 * std::streamsize{n});
+    in.read(reinterpret_cast<char*>(section.data() + kHeader), static_cast<std::streamsize>(8 * size_t{n}));
     if (n) section[kHeader + 8 * (n - 1) + 4] |= 0x80;  // the last point of the frame
     if (!names.empty()) {
       const std::string& name = names[std::min(frame, names.size() - 1)];
