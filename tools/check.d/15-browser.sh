@@ -10,7 +10,8 @@ if [ "${KALVOR_SKIP_BROWSER:-0}" = 1 ]; then
 fi
 need_packages cmake ninja-build g++ libcli11-dev libcivetweb-dev python3 python3-selenium chromium chromium-driver
 build="$KALVOR_ROOT/build"
-cmake -S "$KALVOR_ROOT" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake -S "$KALVOR_ROOT" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+  -DCMAKE_COMPILE_WARNING_AS_ERROR=ON >/dev/null
 cmake --build "$build" -j "${KALVOR_JOBS:-2}" --target kalvor_cli transport_preview twenty_scanners
 # -V prints the test's own lines: the screenshot's path, or why it skipped.
 ctest --test-dir "$build" -R '^preview\.browser$' -V
