@@ -29,7 +29,9 @@ inline void format_ip(uint32_t ip, char* out) {
 }
 
 // A non-blocking UDP socket bound to `local` (0.0.0.0:0 for any), with
-// broadcasts allowed when asked; kNoSocket on failure.
+// broadcasts allowed when asked and buffers of kSocketBuffer bytes each way
+// where the system grants them; kNoSocket on failure.
+inline constexpr int kSocketBuffer = 1 << 20;
 Socket open_udp(Address local, bool broadcast);
 void close_socket(Socket s);
 // Sends only to, and receives only from, `peer`.

@@ -51,6 +51,15 @@ Socket open_udp(Address local, bool broadcast) {
   if (s < 0) return kNoSocket;
   int on = 1;
   if (broadcast) setsockopt(s, SOL_SOCKET, SO_BROADCAST, &on, sizeof on);
+  // Room for several whole frames each way (a 16,000-point frame is about
+  // 130 kB), so that a burst is not dropped while the other side catches
+  // up. The forced size, beyond the system's limit, needs privileges; the
+  // plain one is the fallback.
+  int bytes = kSocketBuffer;
+  if (setsockopt(s, SOL_SOCKET, SO_SNDBUFFORCE, &bytes, sizeof bytes) != 0)
+    setsockopt(s, SOL_SOCKET, SO_SNDBUF, &bytes, sizeof bytes);
+  if (setsockopt(s, SOL_SOCKET, SO_RCVBUFFORCE, &bytes, sizeof bytes) != 0)
+    setsockopt(s, SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
   sockaddr_in a = to_sockaddr(local);
   if (bind(s, reinterpret_cast<sockaddr*>(&a), sizeof a) != 0) {
     close(s);

@@ -55,6 +55,10 @@ Socket open_udp(Address local, bool broadcast) {
   ioctlsocket(s, FIONBIO, &nonBlocking);
   BOOL on = TRUE;
   if (broadcast) setsockopt(s, SOL_SOCKET, SO_BROADCAST, reinterpret_cast<const char*>(&on), sizeof on);
+  // Room for several whole frames each way (a 16,000-point frame is about 130 kB).
+  int bytes = kSocketBuffer;
+  setsockopt(s, SOL_SOCKET, SO_SNDBUF, reinterpret_cast<const char*>(&bytes), sizeof bytes);
+  setsockopt(s, SOL_SOCKET, SO_RCVBUF, reinterpret_cast<const char*>(&bytes), sizeof bytes);
   sockaddr_in a = to_sockaddr(local);
   if (bind(s, reinterpret_cast<sockaddr*>(&a), sizeof a) != 0) {
     closesocket(s);

@@ -138,6 +138,7 @@ TEST_F(IdnTransport, FramesOfEverySizeArriveWholeInFragmentsOfAtMost1454Bytes) {
   ASSERT_EQ(repeated.size(), 20u);
   EXPECT_TRUE(rx.wait(last_is(repeated), 3000));
   show(3, 16000);
+  ASSERT_TRUE(rx.wait(last_is(engine_samples(3)), 3000));
   // Points moved beyond the 16-bit range are held at its ends.
   DisplayShiftX(3, MAKEMASK(0) | MAKEMASK(1), 0, 0, 0.9);
   displayupdate(3);
