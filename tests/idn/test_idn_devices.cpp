@@ -1,10 +1,12 @@
 // `kalvor devices` finds the loopback test receiver and prints a
-// configuration line that the transport accepts.
+// configuration line that the transport accepts; `kalvor play` streams a file
+// to it.
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "receiver.h"
 #include "transports/common/transport_config.h"
@@ -77,4 +79,48 @@ TEST(IdnDevices, AnswersThatLieAboutTheirSizeAreCountedAndIgnored) {
   net::close_socket(liar);
   EXPECT_EQ(status, 1) << out;
   EXPECT_NE(out.find("3 unexpected or malformed datagrams ignored"), std::string::npos) << out;
+}
+
+// `kalvor play --output idn:` streams each picture of a file as one frame:
+// the file's own coordinates (Y up, as in the file) and colours.
+TEST(IdnDevices, PlayStreamsEveryPictureOfAFile) {
+  auto be16 = [](std::string& out, int v) { out += char((v >> 8) & 255), out += char(v & 255); };
+  std::string file;
+  std::vector<std::vector<idntest::Sample>> pictures(2);
+  for (int f = 0; f <= 2; ++f) {  // two frames of 24 true-colour 2-D points, then the closing header
+    int n = f < 2 ? 24 : 0;
+    file += std::string("ILDA\0\0\0\5", 8) + std::string(16, ' ');
+    be16(file, n), be16(file, f), be16(file, 2), file += std::string(2, '\0');
+    for (int k = 0; k < n; ++k) {  // a dark first point: no travel point before it
+      int x = 1000 * k - 12000, y = 500 * k - 300 * f;
+      uint8_t r = static_cast<uint8_t>(10 * k + 5), g = static_cast<uint8_t>(100 * f), b = 7;
+      be16(file, x), be16(file, y), file += char(k == 0 ? 0x40 : k == n - 1 ? 0x80 : 0), file += char(b),
+          file += char(g), file += char(r);
+      pictures[f].push_back(k == 0 ? idntest::Sample{int16_t(x), int16_t(y), 0, 0, 0, 0}
+                                   : idntest::Sample{int16_t(x), int16_t(y), r, g, b, 255});
+    }
+  }
+  std::string path = ::testing::TempDir() + "play-idn.ild";
+  std::FILE* out = std::fopen(path.c_str(), "wb");
+  ASSERT_TRUE(out);
+  std::fwrite(file.data(), 1, file.size(), out);
+  std::fclose(out);
+
+  idntest::Receiver rx;
+  int status = -1;
+  std::string said = run("play \"" + path + "\" --fps 20 --output idn:127.0.0.1:" + std::to_string(rx.port()) + " 2>&1",
+                         &status);
+  EXPECT_EQ(status, 0) << said;
+  ASSERT_TRUE(rx.wait_closes(1, 3000)) << said;
+  // The pictures' frames, in order, between the dark frames of the session's
+  // start and end (output switched on before any picture, and off).
+  const std::vector<idntest::Sample> dark(20, idntest::Sample{0, 0, 0, 0, 0, 0});
+  std::vector<std::vector<idntest::Sample>> got;
+  for (const idntest::Frame& frame : rx.frames())
+    if (frame.samples != dark && (got.empty() || got.back() != frame.samples)) got.push_back(frame.samples);
+  ASSERT_EQ(got.size(), 2u);
+  EXPECT_EQ(got[0], pictures[0]);
+  EXPECT_EQ(got[1], pictures[1]);
+  EXPECT_EQ(rx.violations(), std::vector<std::string>{});
+  std::remove(path.c_str());
 }
