@@ -14,3 +14,8 @@ set(CMAKE_CXX_FLAGS_INIT "-m32 ${KALVOR_I686_FLAGS}")
 set(CMAKE_EXE_LINKER_FLAGS_INIT -m32)
 set(CMAKE_SHARED_LINKER_FLAGS_INIT -m32)
 set(CMAKE_MODULE_LINKER_FLAGS_INIT -m32)
+# Only 32-bit libraries may be found: the 64-bit ones of the machine (Cairo,
+# CivetWeb) cannot be linked, and the parts that need them are left out.
+set(CMAKE_LIBRARY_ARCHITECTURE i386-linux-gnu)
+set(CMAKE_IGNORE_PATH /usr/lib/x86_64-linux-gnu /lib/x86_64-linux-gnu)
+set(ENV{PKG_CONFIG_LIBDIR} /usr/lib/i386-linux-gnu/pkgconfig:/usr/share/pkgconfig)
