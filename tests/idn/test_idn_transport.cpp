@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <thread>
 
@@ -19,14 +18,6 @@
 using namespace idntest;
 
 namespace {
-
-void set_config_variable(const std::string& path) {
-#if defined(_WIN32)
-  _putenv_s("KALVOR_TRANSPORT_CONFIG", path.c_str());
-#else
-  setenv("KALVOR_TRANSPORT_CONFIG", path.c_str(), 1);
-#endif
-}
 
 int16_t hold(int64_t v) { return static_cast<int16_t>(std::clamp<int64_t>(v, INT16_MIN, INT16_MAX)); }
 
@@ -98,7 +89,7 @@ class IdnTransport : public ::testing::Test {
   void start(const std::string& text) {
     std::string path = kt::temp_path("transport.ini");
     kt::write_file(path, kt::Bytes(text.begin(), text.end()));
-    set_config_variable(path);
+    kt::set_env("KALVOR_TRANSPORT_CONFIG", path.c_str());
     DisplayExit();
     DisplayInit();
   }
