@@ -48,24 +48,6 @@ TEST_F(VirtualScanner, PictureMemoryStoresAnswersCountsAndClears) {
   EXPECT_EQ(GetMaxPic(2), 4);
 }
 
-// Saving asks the scanner for every stored picture; a show also keeps picture
-// 0, which a catalogue (numbered from 1) cannot.
-TEST_F(VirtualScanner, CatalogueAndShowSaveEveryStoredPicture) {
-  upload(1, 0, kDot);
-  upload(1, 1, kSquare);
-  upload(1, 4, kSquare);
-  std::string cat = temp_path("all.cat"), lds = temp_path("all.lds");
-  saveCAT(1, cat.c_str());
-  saveLDS(1, lds.c_str());
-  for (const std::string& path : {cat, lds}) {
-    clearpicmem(1);
-    loadcat(1, path.c_str());
-    EXPECT_EQ(read_back(1, 4), kSquare) << path;
-    EXPECT_EQ(read_back(1, 0), path == lds ? kDot : std::vector<Point>{}) << path;
-    EXPECT_EQ(GetMaxPic(1), 5) << path;
-  }
-}
-
 TEST_F(VirtualScanner, PreviewsShowTheActiveTracksDirectPointsOrNothing) {
   upload(1, 5, kSquare);
   displayinittrack(1);
