@@ -107,24 +107,17 @@ TEST_F(IdnTransport, FramesOfEverySizeArriveWholeInFragmentsOfAtMost1454Bytes) {
   Receiver rx;
   start(output(3, rx));
   displaypointrate(3, 20);  // 20,000 points per second: 50 µs a sample
-  struct Row {
-    size_t points;
-    uint32_t fragments;
-  } rows[] = {{1, 1}, {177, 1}, {178, 2}, {4000, 23}, {16000, 89}};
-  for (const Row& row : rows) {
-    show_direct(3, row.points);
+  for (auto [points, fragments] : {std::pair<size_t, uint32_t>{1, 1}, {177, 1}, {178, 2}, {4000, 23}, {16000, 89}}) {
+    show_direct(3, points);
     std::vector<Sample> expected = engine_samples(3);
-    ASSERT_TRUE(rx.wait(last_is(expected), 3000)) << row.points << " points";
-    Frame f = rx.frames().back();
-    EXPECT_EQ(f.fragments, row.fragments) << row.points;
-    EXPECT_EQ(f.duration, expected.size() * 50) << row.points;
+    ASSERT_TRUE(rx.wait(last_is(expected), 3000)) << points << " points";
+    EXPECT_EQ(rx.frames().back().fragments, fragments) << points;
+    EXPECT_EQ(rx.frames().back().duration, expected.size() * 50) << points;
   }
   // Repeated points: 1 + 3 + 16 samples, no padding (a blanked first point
   // needs no travel point before it).
   kt::upload(3, 1, {{1, 2, 0, 0xC0, 0, 9, 9, 9}, {3, 4, 0, 0x80, 2, 8, 8, 8}, {5, 6, 0, 0xC0, 15, 7, 7, 7}});
-  displayinittrack(3);
-  displayframe(3, 0, 1);
-  displayupdate(3);
+  displayinittrack(3), displayframe(3, 0, 1), displayupdate(3);
   std::vector<Sample> repeated = engine_samples(3, {0, 2, 15});
   ASSERT_EQ(repeated.size(), 20u);
   EXPECT_TRUE(rx.wait(last_is(repeated), 3000));
