@@ -364,7 +364,11 @@ def main():
             if not built:
                 broken.append(n)
                 verdict = "NO BUILD"
-            elif run_suites(build_dir, args.timeout, who := [] if args.who else None):
+            # A fault counts as caught only when the suites fail twice: the
+            # loopback streaming tests depend on timing, and on a loaded
+            # machine one run in many fails without any fault.
+            elif run_suites(build_dir, args.timeout, who := [] if args.who else None) or \
+                    run_suites(build_dir, args.timeout, [] if args.who else None):
                 missed.append(n)
                 verdict = "MISSED"
             else:

@@ -37,6 +37,7 @@ void Receiver::start() {
     std::lock_guard<std::mutex> lock(mutex_);
     stop_ = false;
     open_ = haveSequence_ = closing_ = inFrame_ = haveTimestamp_ = false;
+    frames_.clear();  // a projector switched on again has shown nothing yet
   }
   thread_ = std::thread([this] { loop(); });
 }

@@ -139,7 +139,10 @@ TEST_F(IdnTransport, SessionKeepsTheChannelOpenGoesDarkAndClosesCleanly) {
   ASSERT_TRUE(rx.wait(last_is(frame), 3000));
   // Idle: void messages keep the channel, well inside the receiver's second.
   std::this_thread::sleep_for(std::chrono::milliseconds(1300));
+  IdnTransportCounters c{};
+  idn_transport_counters(1, &c);
   EXPECT_GE(rx.keepalives(), 2);
+  EXPECT_GE(c.keepalives, 2u);  // counted by the sender too
   EXPECT_LE(rx.longest_silence_ms(), 500u);
   // Each way of darkening the output blanks the projector and keeps the session.
   struct Row {
