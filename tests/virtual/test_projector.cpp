@@ -96,6 +96,7 @@ TEST_F(Projector, EachTransformMovesAPointAsWorkedByHand) {
       {"slot turn of 90 degrees about z", [] { displayangz(1, 0, 0, 90); }, dark(1000, 0), at(0, 1000)},
       {"slot turn of -330 degrees, rounded to the unit", [] { displayangz(1, 0, 0, -330); }, dark(10000, 0),
        at(8660, 5000)},
+      {"slot turn of 120 degrees", [] { displayangz(1, 0, 0, 120); }, dark(1000, 0), at(-500, 866)},
       {"turn about a pivot", [] { displayangz(1, 0, 0, 90), displaypivot(1, 0, 0, 1000, 0, 0); }, dark(2000, 0),
        at(1000, 1000)},
       {"pre-move is turned", [] { displayangz(1, 0, 0, 90), displaypre(1, 0, 0, 500, 0, 0); }, dark(1000, 0),
