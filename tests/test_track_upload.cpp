@@ -8,12 +8,9 @@ TEST_F(KalvorTest, UploadWithNoActiveTrackIsTheHeaderThenTheFullPreview) {
   displayupdate(2);
   auto sent = rec.all();
   ASSERT_EQ(sent.size(), 2u);
-  EXPECT_EQ(sent[0].bytes, (Bytes{0x01, 0x00, 0x00}));
-  EXPECT_TRUE(sent[0].reply);
-  EXPECT_EQ(sent[1].bytes, (Bytes{0x7B}));
-  EXPECT_TRUE(sent[1].reply);
-  EXPECT_EQ(sent[0].scanner, 2u);
-  EXPECT_EQ(sent[1].scanner, 2u);
+  EXPECT_EQ((std::vector<Bytes>{sent[0].bytes, sent[1].bytes}), (std::vector<Bytes>{{0x01, 0x00, 0x00}, {0x7B}}));
+  EXPECT_EQ((std::vector<uint32_t>{sent[0].scanner, sent[1].scanner, sent[0].reply, sent[1].reply}),
+            (std::vector<uint32_t>{2, 2, 1, 1}));
 
   rec.clear();
   displayvisualupdate(2);
@@ -53,11 +50,10 @@ TEST_F(KalvorTest, UploadSendsEveryTrackUpToTheHighestActiveWithItsSlotsInUse) {
   EXPECT_EQ(sent.size(), 3u + 4 * 582 + 750 + 1170);
   EXPECT_EQ(upload_track(sent, 2).size(), 750u);
   EXPECT_EQ(upload_track(sent, 4).size(), 1170u);
-}
-
-TEST_F(KalvorTest, TrackActiveWithoutInitialisationSendsNoSlots) {
-  displayframe(1, 0, 1);
-  displayupdate(1);
+  // A track made active without initialisation sends no slots.
+  displayframe(2, 0, 1);
+  rec.clear();
+  displayupdate(2);
   EXPECT_EQ(rec.at(0).bytes.size(), 3u + 498);
 }
 

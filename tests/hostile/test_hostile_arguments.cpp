@@ -6,6 +6,7 @@
 // may crash (this runs under AddressSanitizer and UndefinedBehaviorSanitizer
 // in CI), and no record but the addressed one may change: every scanner but
 // the addressed one is observed through the exports before and after.
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -46,7 +47,7 @@ class Call {
   T* buffer(size_t count, T fill) {
     owned_.emplace_back(new uint8_t[count * sizeof(T)]);
     T* p = reinterpret_cast<T*>(owned_.back().get());
-    for (size_t i = 0; i < count; ++i) p[i] = fill;
+    std::fill(p, p + count, fill);
     return p;
   }
   const std::string name;
@@ -223,11 +224,8 @@ void fill_record(Recorder& rec, uint32_t s) {
     rec.set_reply(opcode, Bytes(area.begin(), area.begin() + (opcode == 0x06 ? 176006 : 240006)));
   rec.set_reply(0x04, Bytes(area.begin(), area.begin() + 90117));
   displaygetpic(s, 1);
-  uint16_t count;
-  uint32_t value;
-  displayupdatepreviewbuffer(s, &count, &value);
-  displayupdatefullpreviewbuffer(s, &count, &value);
-  displayupdatevistrelbuffer(s, &count, &value);
+  for (auto refresh : {displayupdatepreviewbuffer, displayupdatefullpreviewbuffer, displayupdatevistrelbuffer})
+    refresh(s, nullptr, nullptr);
   DisplaySetPreviewG(s, 0.5, 0.25 * s, 0, 0, 0, 1);
   char name[8];
   snprintf(name, sizeof name, "S%u", s);
@@ -249,11 +247,10 @@ Bytes observe(Recorder& rec, uint32_t s) {
   };
   auto add_value = [&add](auto v) { add(&v, sizeof v); };
   rec.clear();
-  for (auto get : {getsendname, getreceivename}) {
-    char name[16] = {};
-    get(s, name);
-    add(name, sizeof name);
-  }
+  char names[2][16] = {};
+  getsendname(s, names[0]);
+  getreceivename(s, names[1]);
+  add(names, sizeof names);
   for (uint8_t v : {displaygetsignal(s), displaygetoutput(s), displaygetpreviewflag(s), displaygetbeamshowflag(s),
                     displaygetgraficflag(s), displaygetenabledmxin(s), getlasterror(s)})
     add_value(v);
@@ -275,10 +272,9 @@ Bytes observe(Recorder& rec, uint32_t s) {
   add_value(count);
   for (uint16_t i = 0; i < 8192; ++i) {
     uint16_t xyz[3] = {};
-    uint8_t rest[5] = {};
-    DisplayGetPicPoint(s, i, &xyz[0], &xyz[1], &xyz[2], &rest[0], &rest[1], &rest[2], &rest[3], &rest[4]);
-    add(xyz, sizeof xyz);
-    add(rest, sizeof rest);
+    uint8_t c[5] = {};
+    DisplayGetPicPoint(s, i, &xyz[0], &xyz[1], &xyz[2], &c[0], &c[1], &c[2], &c[3], &c[4]);
+    add(xyz, sizeof xyz), add(c, sizeof c);
   }
   for (auto get : {displaygetpreviewbuffercnt, displaygetfullpreviewbuffercnt, displaygetvistrelbuffercnt}) {
     get(s, &count);
@@ -291,9 +287,7 @@ Bytes observe(Recorder& rec, uint32_t s) {
     displaygetpreviewbuffervector(s, i, &xy[0], &xy[1], &c[0], &c[1], &c[2], &c[3]);
     displaygetfullpreviewbuffervector(s, i, &fx[0], &fx[1], &c[4], &c[5], &c[6], &c[7]);
     displaygetvistrelbuffervector(s, i, &fx[2], &fx[3], &c[8], &c[9], &c[10], &c[11]);
-    add(xy, sizeof xy);
-    add(fx, sizeof fx);
-    add(c, sizeof c);
+    add(xy, sizeof xy), add(fx, sizeof fx), add(c, sizeof c);
   }
   add_value(displayupdate(s));
   displaysetpic(s, 1, 8192);
@@ -366,9 +360,8 @@ TEST_F(HostileArguments, EveryExportLeavesEveryOtherRecordAlone) {
     if (s == kTarget) continue;
     Bytes after = observe(rec, s);
     ASSERT_EQ(after.size(), before[s].size()) << "scanner " << s;
-    size_t first = 0;
-    while (first < after.size() && after[first] == before[s][first]) ++first;
-    EXPECT_EQ(first, after.size()) << "scanner " << s << " changed; first difference at observed byte " << first;
+    auto first = std::mismatch(after.begin(), after.end(), before[s].begin()).first - after.begin();
+    EXPECT_EQ(size_t(first), after.size()) << "scanner " << s << " changed; first difference at observed byte " << first;
   }
   std::filesystem::remove_all(paths.folder);
 }

@@ -11,6 +11,13 @@ namespace {
 uint16_t be16(const uint8_t* p) { return static_cast<uint16_t>(p[0] << 8 | p[1]); }
 uint32_t be32(const uint8_t* p) { return uint32_t{p[0]} << 24 | uint32_t{p[1]} << 16 | uint32_t{p[2]} << 8 | p[3]; }
 
+// The whole samples of d[at..n) onto `out`.
+void add_samples(const uint8_t* d, size_t at, size_t n, std::vector<Sample>& out) {
+  for (; at + 8 <= n; at += 8)
+    out.push_back(Sample{static_cast<int16_t>(be16(d + at)), static_cast<int16_t>(be16(d + at + 2)), d[at + 4],
+                         d[at + 5], d[at + 6], d[at + 7]});
+}
+
 // The sample layout the transport announces: X, Y 16-bit, red, green, blue, intensity.
 const uint8_t kLayout[16] = {0x42, 0x00, 0x40, 0x10, 0x42, 0x10, 0x40, 0x10,
                              0x52, 0x7E, 0x52, 0x14, 0x51, 0xCC, 0x5C, 0x10};
@@ -30,6 +37,7 @@ void Receiver::start() {
     std::lock_guard<std::mutex> lock(mutex_);
     stop_ = false;
     open_ = haveSequence_ = closing_ = inFrame_ = haveTimestamp_ = false;
+    frames_.clear();  // a projector switched on again has shown nothing yet
   }
   thread_ = std::thread([this] { loop(); });
 }
@@ -116,11 +124,8 @@ void Receiver::channel_message(const uint8_t* d, size_t n) {
     if (!inFrame_) return bad("sequel fragment without a first fragment");
     if (timestamp != lastTimestamp_ + 1) bad("sequel timestamp not the previous one + 1");
     lastTimestamp_ = timestamp;
-    size_t bytes = n - 12;
-    if (bytes % 8) bad("sequel with a part of a sample");
-    for (size_t at = 12; at + 8 <= n; at += 8)
-      partial_.samples.push_back(Sample{static_cast<int16_t>(be16(d + at)), static_cast<int16_t>(be16(d + at + 2)),
-                                        d[at + 4], d[at + 5], d[at + 6], d[at + 7]});
+    if ((n - 12) % 8) bad("sequel with a part of a sample");
+    add_samples(d, 12, n, partial_.samples);
     ++partial_.fragments;
     if (cclf) {
       inFrame_ = false;
@@ -164,13 +169,9 @@ void Receiver::channel_message(const uint8_t* d, size_t n) {
   partial_ = Frame{};
   partial_.duration = header & 0xFFFFFF;
   partial_.fragments = 1;
-  for (size_t at = 36; at + 8 <= n; at += 8)
-    partial_.samples.push_back(Sample{static_cast<int16_t>(be16(d + at)), static_cast<int16_t>(be16(d + at + 2)),
-                                      d[at + 4], d[at + 5], d[at + 6], d[at + 7]});
-  if (chunk == 0x02)
-    frames_.push_back(partial_);
-  else
-    inFrame_ = true;
+  add_samples(d, 36, n, partial_.samples);
+  if (chunk == 0x02) frames_.push_back(partial_);
+  inFrame_ = chunk == 0x03;
 }
 
 bool Receiver::wait(const std::function<bool(const std::vector<Frame>&)>& done, int ms) {
@@ -181,31 +182,6 @@ bool Receiver::wait(const std::function<bool(const std::vector<Frame>&)>& done, 
 bool Receiver::wait_closes(int n, int ms) {
   std::unique_lock<std::mutex> lock(mutex_);
   return changed_.wait_for(lock, std::chrono::milliseconds(ms), [&] { return closes_ >= n; });
-}
-
-std::vector<Frame> Receiver::frames() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return frames_;
-}
-std::vector<std::string> Receiver::violations() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return violations_;
-}
-int Receiver::keepalives() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return keepalives_;
-}
-int Receiver::closes() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return closes_;
-}
-int Receiver::scans() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return scans_;
-}
-uint32_t Receiver::longest_silence_ms() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return longestSilence_;
 }
 
 }  // namespace idntest

@@ -44,16 +44,21 @@ class Receiver {
   bool wait(const std::function<bool(const std::vector<Frame>&)>& done, int ms);
   // Waits until `n` sessions have been closed.
   bool wait_closes(int n, int ms);
-  std::vector<Frame> frames();
-  std::vector<std::string> violations();
-  int keepalives();
-  int closes();        // channel closes followed by a close command
-  int scans();         // scan and service-map requests answered
+  std::vector<Frame> frames() { return locked(frames_); }
+  std::vector<std::string> violations() { return locked(violations_); }
+  int keepalives() { return locked(keepalives_); }
+  int closes() { return locked(closes_); }  // channel closes followed by a close command
+  int scans() { return locked(scans_); }    // scan and service-map requests answered
   // Longest gap between the timestamps (the sender's clock) of channel
   // messages of an open session, sequels aside.
-  uint32_t longest_silence_ms();
+  uint32_t longest_silence_ms() { return locked(longestSilence_); }
 
  private:
+  template <typename T>
+  T locked(const T& value) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return value;
+  }
   void loop();
   void take(const uint8_t* d, size_t n, net::Address from);
   void channel_message(const uint8_t* d, size_t n);

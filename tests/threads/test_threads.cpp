@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-#include "support/harness.h"
+#include "pictures_support.h"
 
 using namespace kt;
 
@@ -21,20 +21,11 @@ constexpr int kRounds = 3;
 
 // An ILDA file of one format-0 frame of n points and the closing header.
 Bytes ilda_file(uint32_t seed, uint16_t n) {
-  Bytes f = {'I', 'L', 'D', 'A', 0, 0, 0, 0};
-  f.resize(32);
-  f[24] = static_cast<uint8_t>(n >> 8);
-  f[25] = static_cast<uint8_t>(n);
-  for (uint16_t i = 0; i < n; ++i) {
-    uint16_t x = static_cast<uint16_t>(seed * 1000 + i), y = static_cast<uint16_t>(i * 3);
-    Bytes point = {static_cast<uint8_t>(x >> 8), static_cast<uint8_t>(x), static_cast<uint8_t>(y >> 8),
-                   static_cast<uint8_t>(y), 0, 0, static_cast<uint8_t>(i % 2 ? 0x40 : 0), static_cast<uint8_t>(seed)};
-    f.insert(f.end(), point.begin(), point.end());
-  }
-  Bytes closing = {'I', 'L', 'D', 'A', 0, 0, 0, 0};
-  closing.resize(32);
-  f.insert(f.end(), closing.begin(), closing.end());
-  return f;
+  Bytes f = ilda_header(0, n);
+  for (uint16_t i = 0; i < n; ++i)
+    f = concat({f, be16(static_cast<uint16_t>(seed * 1000 + i)), be16(static_cast<uint16_t>(i * 3)),
+                Bytes{0, 0, static_cast<uint8_t>(i % 2 ? 0x40 : 0), static_cast<uint8_t>(seed)}});
+  return concat({f, ilda_header(0, 0)});
 }
 
 struct Files {

@@ -43,41 +43,32 @@ TEST(Unbound, ExportsWorkOnTheRecordsWithoutSending) {
 // Nothing answers: queries give their presets, records still change.
 TEST(Unbound, QueriesGivePresetsAndRecordsStillChange) {
   DisplayInit();
-  char name[16];
-  getsendname(1, name);
-  EXPECT_STREQ(name, "MASTER");
-  getreceivename(20, name);
-  EXPECT_STREQ(name, "SLAVE");
-  EXPECT_EQ(displaygetsignal(1), 2);
-  EXPECT_EQ(displaygetoutput(1), 1);
-  EXPECT_EQ(displaygetpreviewflag(1), 0);
-  EXPECT_EQ(displaygetbeamshowflag(1), 1);
-  EXPECT_EQ(displaygetgraficflag(1), 1);
-  EXPECT_EQ(displaygetversion(1), 0u);
-  EXPECT_EQ(HWManagerGetStatus(1), 99);
-  EXPECT_EQ(SoftwareGetCRC(1), 0u);
-  EXPECT_EQ(GetRouting(1), 0);
-  EXPECT_EQ(displaygetdmx(1, 1), 0);
-  EXPECT_EQ(displayprint(5), 0u);
+  char send[16], receive[16];
+  getsendname(1, send);
+  getreceivename(20, receive);
+  EXPECT_EQ(std::string(send) + "/" + receive, "MASTER/SLAVE");
   uint16_t count = 9;
   uint32_t value = 9;
   displayupdatevistrelbuffer(1, &count, &value);
-  EXPECT_EQ(count + value, 0u);
+  EXPECT_EQ((std::vector<uint32_t>{displaygetsignal(1), displaygetoutput(1), displaygetpreviewflag(1),
+                                   displaygetbeamshowflag(1), displaygetgraficflag(1), displaygetversion(1),
+                                   HWManagerGetStatus(1), SoftwareGetCRC(1), GetRouting(1), displaygetdmx(1, 1),
+                                   displayprint(5), count, value}),
+            (std::vector<uint32_t>{2, 1, 0, 1, 1, 0, 99, 0, 0, 0, 0, 0, 0}));
 
   displayoutput(1, 2);
-  EXPECT_EQ(displaygetoutput(1), 2);
-  displaystopoutput();
-  EXPECT_EQ(displaygetoutput(20), 0);
   displaysignal(1, 7);
-  EXPECT_EQ(displaygetsignal(1), 7);
   displayenabledmxin(1, 1);
-  EXPECT_EQ(displaygetenabledmxin(1), 1);
+  uint32_t output = displaygetoutput(1);
+  displaystopoutput();
   std::string path = testing::TempDir() + "kalvor_unbound.rgb";
   std::ofstream(path, std::ios::binary) << "abc";
   displayloadRGB(1, 0, path.c_str());  // loading still fills the buffer
   uint8_t c[6] = {};
   displaygetcolorbuffer(1, 0, 0, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5]);
-  EXPECT_EQ(std::string(c, c + 3), "abc");
+  EXPECT_EQ((std::vector<uint32_t>{output, displaygetoutput(20), displaygetsignal(1), displaygetenabledmxin(1), c[0],
+                                   c[1], c[2]}),
+            (std::vector<uint32_t>{2, 0, 7, 1, 'a', 'b', 'c'}));
   std::remove(path.c_str());
   DisplayExit();
 }

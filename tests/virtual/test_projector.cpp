@@ -24,19 +24,12 @@ struct Out {
   bool operator==(const Out&) const = default;
 };
 
-void PrintTo(const Out& o, std::ostream* os) {
-  *os << "(" << o.x << ", " << o.y << ", status " << int(o.status) << ", rgb " << int(o.r) << " " << int(o.g)
-      << " " << int(o.b) << ")";
-}
-
 std::vector<Out> frame(uint32_t s) {
   uint16_t count = 0;
   displaygetfullpreviewbuffercnt(s, &count);
   std::vector<Out> out(count);
-  for (uint16_t i = 0; i < count; ++i) {
-    Out& o = out[i];
-    displaygetfullpreviewbuffervector(s, i, &o.x, &o.y, &o.status, &o.r, &o.g, &o.b);
-  }
+  for (uint16_t i = 0; i < count; ++i) displaygetfullpreviewbuffervector(s, i, &out[i].x, &out[i].y, &out[i].status,
+                                                                       &out[i].r, &out[i].g, &out[i].b);
   return out;
 }
 
@@ -82,7 +75,7 @@ class Projector : public KalvorTest {
 
 TEST_F(Projector, DefaultsGiveThePictureBackWithTravelOnlyBeforeADrawnStart) {
   const std::vector<Point> picture = {lit(-32768, 32767, 1, 2, 3, 5, kDark), lit(300, -400, 255, 0, 10),
-                                      {32767, -32768, -9, 0x85, 2, 0, 0, 255}};
+                                      {32767, -32768, -9, 0x85, 0x12, 0, 0, 255}};  // repeat in the low 4 bits
   show(1, picture);
   displaypointrate(1, 1);  // 1,000 points per second
   displayinitgeonet(1);    // the even net moves nothing
@@ -103,6 +96,7 @@ TEST_F(Projector, EachTransformMovesAPointAsWorkedByHand) {
       {"slot turn of 90 degrees about z", [] { displayangz(1, 0, 0, 90); }, dark(1000, 0), at(0, 1000)},
       {"slot turn of -330 degrees, rounded to the unit", [] { displayangz(1, 0, 0, -330); }, dark(10000, 0),
        at(8660, 5000)},
+      {"slot turn of 120 degrees", [] { displayangz(1, 0, 0, 120); }, dark(1000, 0), at(-500, 866)},
       {"turn about a pivot", [] { displayangz(1, 0, 0, 90), displaypivot(1, 0, 0, 1000, 0, 0); }, dark(2000, 0),
        at(1000, 1000)},
       {"pre-move is turned", [] { displayangz(1, 0, 0, 90), displaypre(1, 0, 0, 500, 0, 0); }, dark(1000, 0),
@@ -119,11 +113,15 @@ TEST_F(Projector, EachTransformMovesAPointAsWorkedByHand) {
        at(1000, 0)},
       {"world angles z, y, x (order 0)", [] { displayworldang(1, 0, 90, 90, 0), displayrotationorder(1, 0, 0); },
        dark(0, 1000), at(0, 0)},
+      {"an order past the last is order 3", [] { displayworldang(1, 0, 90, 90, 0), displayrotationorder(1, 0, 7); },
+       dark(0, 1000), at(1000, 0)},
       {"world shift and size of the track's world",
        [] { displayworld(1, 0, 2), displayworldsetshiftsize(1, 2, 10, 20, 2.0, 3.0, 0, 0, 0, 0, 0); },
        dark(100, 100), at(210, 320)},
       {"perspective halves a point as deep as the viewer is far", [] { DisplayViewZ(1, 1, 0, 0, 0.5); },
        dark(1000, 2000, 32767), at(500, 1000)},
+      {"a viewer on the other side sees the same", [] { DisplayViewZ(1, 1, 0, 0, -0.5); }, dark(1000, 2000, 32767),
+       at(500, 1000)},
       {"scale, then turn, then move: a three-slot chain",
        [] { displayscale(1, 0, 0, 2, 2, 1), displayangz(1, 0, 1, 90), displaypost(1, 0, 2, 100, 0, 0); },
        dark(10, 20), at(60, 20)},
@@ -133,12 +131,15 @@ TEST_F(Projector, EachTransformMovesAPointAsWorkedByHand) {
 TEST_F(Projector, ClipBoxDarkensSegmentsWithAnEndOutsideWithoutMovingThem) {
   show(1, {dark(0, 0), lit(50, 0, 1, 1, 1), lit(200, 0, 1, 1, 1), lit(50, 50, 1, 1, 1), lit(0, 0, 1, 1, 1),
            lit(0, 0, 1, 1, 1, 200)});
-  displayclip(1, 0, 32768 - 100, 32768 - 100, -100, 32768 + 100, 32768 + 100, 100);
-  displayupdate(1);
-  std::vector<uint8_t> status;
-  for (const Out& o : frame(1)) status.push_back(o.status);
-  EXPECT_EQ(status, (std::vector<uint8_t>{kDark, kDrawn, kDark, kDark, kDrawn, kDark}));
-  EXPECT_EQ(frame(1)[2].x, 200);
+  for (int edge : {-100, 100}) {  // the box's corners given either way round
+    displayclip(1, 0, uint16_t(32768 + edge), uint16_t(32768 + edge), edge, uint16_t(32768 - edge),
+                uint16_t(32768 - edge), -edge);
+    displayupdate(1);
+    std::vector<int> got;  // the status of each point, and the x of the one outside
+    for (const Out& o : frame(1)) got.push_back(o.status);
+    got.push_back(frame(1)[2].x);
+    EXPECT_EQ(got, (std::vector<int>{kDark, kDrawn, kDark, kDark, kDrawn, kDark, 200})) << edge;
+  }
 }
 
 TEST_F(Projector, ColourControlsAndPalette) {
@@ -158,12 +159,15 @@ TEST_F(Projector, ColourControlsAndPalette) {
       {"no saturation", [] { DisplaySaturation(1, 1, 0, 0, 0.0); }, red, {0, 0, kDark, 127, 127, 127}},
       {"centre recolour at the centre", [] { DisplayCenterRecolorR(1, 1, 0, 0, 0.0); }, orange,
        {0, 0, kDark, 0, 100, 50}},
-      {"depth cue half way", [] { displaydepthcue(1, 0, 0, 1000); }, orange, {0, 0, kDark, 100, 50, 25}},
+      {"depth cue a quarter of the way", [] { displaydepthcue(1, 0, 0, 1000); },
+       lit(0, 0, 200, 100, 50, 250, kDark), {0, 0, kDark, 150, 75, 37}},
+      {"an intensity that is not a number is dark", [] { displayintensity(1, 0, NAN); }, orange,
+       {0, 0, kDark, 0, 0, 0}},
   });
 }
 
 TEST_F(Projector, MorphPrismAndScanLimits) {
-  upload(1, 2, {dark(0, 1000), lit(1000, 1000, 0, 0, 200)});
+  upload(1, 2, {lit(0, 1000, 0, 0, 200), lit(1000, 1000, 0, 0, 200)});
   upload(1, 3, {dark(0, 0), dark(4, 4), dark(-1000, 4000), dark(4, 4)});
   struct Case {
     const char* what;
@@ -171,10 +175,12 @@ TEST_F(Projector, MorphPrismAndScanLimits) {
     std::vector<Out> want;
   };
   const Case cases[] = {
-      {"half way to a picture of as many points", [] { displaymorphing(1, 0, 1, 2, 0.5); },
-       {at(0, 500), {1000, 500, kDrawn, 100, 0, 100}}},
+      {"half way to a picture of as many points: blanking from the target", [] { displaymorphing(1, 0, 1, 2, 0.5); },
+       {{0, 500, kDark, 0, 0, 0}, {0, 500, kDrawn, 4, 4, 103}, {1000, 500, kDrawn, 100, 0, 100}}},
       {"a quarter of the way to a longer picture pairs points at the same fraction",
        [] { displaymorphing(1, 0, 1, 3, 0.25); }, {at(0, 0), {500, 1000, kDrawn, 152, 2, 1}}},
+      {"three quarters of the way has the longer picture's points", [] { displaymorphing(1, 0, 1, 3, 0.75); },
+       {at(0, 0), at(3, 3), {-500, 3000, kDark, 56, 6, 5}, {253, 3, kDark, 56, 6, 5}}},
       {"three prism copies turned by quarter turns", [] { DisplayPrism(1, 1, 3, 0, 0); },
        {at(0, 0), {1000, 0, kDrawn, 200, 0, 0}, at(0, 0), {0, 1000, kDrawn, 200, 0, 0}, at(0, 0),
         {-1000, 0, kDrawn, 200, 0, 0}, at(0, 0), {0, -1000, kDrawn, 200, 0, 0}}},
@@ -185,9 +191,7 @@ TEST_F(Projector, MorphPrismAndScanLimits) {
        {{1000, 0, kDark, 0, 0, 0}, {1000, 0, kDrawn, 200, 0, 0}}},
   };
   for (const Case& c : cases) {
-    displayinittrack(1);
-    upload(1, 1, {dark(0, 0), lit(1000, 0, 200, 0, 0)});
-    displayframe(1, 0, 1);
+    show(1, {dark(0, 0), lit(1000, 0, 200, 0, 0)});
     c.set();
     displayupdate(1);
     EXPECT_EQ(frame(1), c.want) << c.what;
@@ -204,10 +208,8 @@ TEST_F(Projector, MovedGeometryNetPointPullsItsNeighbourhood) {
 }
 
 TEST_F(Projector, TwoTracksJoinedByADarkTravel) {
-  upload(1, 1, {lit(0, 0, 255, 0, 0), lit(100, 0, 255, 0, 0)});
+  show(1, {lit(0, 0, 255, 0, 0), lit(100, 0, 255, 0, 0)});
   upload(1, 2, {lit(500, 500, 0, 255, 0), lit(600, 500, 0, 255, 0)});
-  displayinittrack(1);
-  displayframe(1, 0, 1);
   displayframe(1, 3, 2);  // tracks 1 and 2 are sent but inactive
   displaypointrate(1, 2);
   EXPECT_EQ(displayupdate(1), 3u);  // 6 points at 2,000 per second
@@ -232,11 +234,10 @@ TEST_F(Projector, TwentyScannersAreKeptApartAndBadFieldsStaySafe) {
   }
   // A size that is not a number draws nothing; a frame never passes 16,000 points.
   displaysize(1, 0, std::nan(""), 1);
-  EXPECT_EQ(displayupdate(1), 0u);
-  std::vector<Point> big(8192, dark(1, 1));
-  upload(1, 1, big);
-  displayinittrack(1);
-  for (uint16_t t = 0; t < 3; ++t) displayframe(1, t, 1);
+  displayupdate(1);
+  EXPECT_EQ(frame(1).size(), 0u);
+  show(1, std::vector<Point>(8192, dark(1, 1)));
+  for (uint16_t t = 1; t < 3; ++t) displayframe(1, t, 1);
   displayupdate(1);
   EXPECT_EQ(frame(1).size(), 16000u);
 }
