@@ -62,7 +62,7 @@ class Receiver {
   void loop();
   void take(const uint8_t* d, size_t n, net::Address from);
   void channel_message(const uint8_t* d, size_t n);
-  void bad(const std::string& what);
+  void bad(const char* format, ...);  // printf-style
 
   uint16_t port_ = 0;
   net::Socket socket_ = net::kNoSocket;
