@@ -1,7 +1,7 @@
 // ILDA import: every frame section of an ILDA file becomes one picture, sent
 // as soon as the section ends; palette sections fill colour buffer 0.
 #include "kalvor/kalvor.h"
-#include "pictures/ilda_groups.h"
+#include "pictures/point_groups.h"
 #include "pictures/picture_points.h"
 #include "pictures/read_report.h"
 

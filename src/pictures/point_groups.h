@@ -1,6 +1,6 @@
-// ILDA point records of formats 0 and 5 converted sixteen at a time with
-// vector instructions, for the processors that have them. The ILDA reader
-// converts whatever these leave, one record at a time, the same way.
+// Point records of ILDA formats 0 and 5, LAS and FLX converted sixteen at a
+// time with vector instructions, for the processors that have them. The
+// readers convert whatever these leave, one record at a time, the same way.
 #pragma once
 
 #include <cstdint>
@@ -15,5 +15,8 @@ namespace kalvor::pictures {
 using GroupConverter = uint32_t (*)(const uint8_t* in, uint32_t n, uint8_t* out);
 uint32_t convert_groups_format0(const uint8_t* in, uint32_t n, uint8_t* out);
 uint32_t convert_groups_format5(const uint8_t* in, uint32_t n, uint8_t* out);
+// The same for the 11-byte records of LAS and FLX files.
+uint32_t convert_groups_las(const uint8_t* in, uint32_t n, uint8_t* out);
+uint32_t convert_groups_flx(const uint8_t* in, uint32_t n, uint8_t* out);
 
 }  // namespace kalvor::pictures
