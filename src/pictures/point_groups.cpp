@@ -5,6 +5,7 @@
 #include "pictures/point_groups.h"
 
 #include <array>
+#include <cstring>
 #include <initializer_list>
 
 #include "pictures/picture_points.h"
@@ -342,6 +343,16 @@ bool have_wide_instructions() {
          __builtin_cpu_supports("avx512vbmi");
 }
 
+// Where the first of the n 8-byte records at r may equal the one after it,
+// checked eight records against the eight after them at a time.
+__attribute__((target(KALVOR_AVX512))) uint32_t unrepeated8_wide(const uint8_t* r, uint32_t n) {
+  uint32_t i = 0;
+  for (; i + 9 <= n; i += 8)
+    if (_mm512_cmpeq_epi64_mask(vec64(r + 8 * i), vec64(r + 8 * i + 8))) break;
+  return i;
+}
+uint32_t unrepeated8(const uint8_t* r, uint32_t n) { return have_wide_instructions() ? unrepeated8_wide(r, n) : 0; }
+
 // Converts 64 records at a time where the processor can, then 16 at a time.
 template <uint32_t in_size, uint32_t (*wide)(const uint8_t*, uint32_t, uint8_t*),
           uint32_t (*narrow)(const uint8_t*, uint32_t, uint8_t*)>
@@ -368,11 +379,20 @@ uint32_t convert_groups_flx(const uint8_t* in, uint32_t n, uint8_t* out) {
 
 #else
 
+namespace {
+uint32_t unrepeated8(const uint8_t*, uint32_t) { return 0; }
+}  // namespace
 uint32_t convert_groups_format0(const uint8_t*, uint32_t, uint8_t*) { return 0; }
 uint32_t convert_groups_format5(const uint8_t*, uint32_t, uint8_t*) { return 0; }
 uint32_t convert_groups_las(const uint8_t*, uint32_t, uint8_t*) { return 0; }
 uint32_t convert_groups_flx(const uint8_t*, uint32_t, uint8_t*) { return 0; }
 
 #endif
+
+bool any_repeat8(const uint8_t* r, uint32_t n) {
+  for (uint32_t i = unrepeated8(r, n); i + 1 < n; ++i)
+    if (memcmp(r + 8 * i, r + 8 * i + 8, 8) == 0) return true;
+  return false;
+}
 
 }  // namespace kalvor::pictures

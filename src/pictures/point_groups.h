@@ -15,6 +15,8 @@ namespace kalvor::pictures {
 using GroupConverter = uint32_t (*)(const uint8_t* in, uint32_t n, uint8_t* out);
 uint32_t convert_groups_format0(const uint8_t* in, uint32_t n, uint8_t* out);
 uint32_t convert_groups_format5(const uint8_t* in, uint32_t n, uint8_t* out);
+// Whether any of the n 8-byte records at r equals the one after it.
+bool any_repeat8(const uint8_t* r, uint32_t n);
 // The same for the 11-byte records of LAS and FLX files.
 uint32_t convert_groups_las(const uint8_t* in, uint32_t n, uint8_t* out);
 uint32_t convert_groups_flx(const uint8_t* in, uint32_t n, uint8_t* out);
