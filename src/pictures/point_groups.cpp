@@ -347,9 +347,15 @@ __attribute__((target(KALVOR_AVX512))) uint32_t convert_wide64(const uint8_t* in
 }
 
 bool have_instructions() { return __builtin_cpu_supports("ssse3"); }
+// Not on Windows: there GCC may spill a 64-byte vector with an aligned move
+// to a stack that is only 16-byte aligned.
 bool have_wide_instructions() {
+#if defined(_WIN32)
+  return false;
+#else
   return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
          __builtin_cpu_supports("avx512vbmi");
+#endif
 }
 
 // Where the first of the n 8-byte records at r may equal the one after it,
