@@ -98,9 +98,28 @@ constexpr Plan<W> make_plan(const PointRule& rule) {
   return plan;
 }
 
+// Older picture files: 8-byte big-endian records whose status and colour
+// index belong to the next point. A point takes x, y, z and repeat (byte 0,
+// shifted right by one) from its own record, status and colour from the
+// record before it; the offsets count from that one. `b` is the repeat
+// byte, masked after the shift; `c` places the colour index where the
+// channels go, which the converter looks up in tables of its own.
+constexpr PointRule kOlder = {
+    {.a = 11}, {.a = 10}, {.a = 13, .flip = 0xFF}, {.a = 12, .flip = 0xFF}, {.a = 15}, {.a = 14},
+    {.a = 1}, {.b = 8, .and_b = 0x7F}, {.c = {1, kNone, kNone}}, {.c = {1, kNone, kNone}}, {.c = {1, kNone, kNone}}};
+
 constexpr Plan<16> kPlan0 = make_plan<16>(kFormat0), kPlan5 = make_plan<16>(kFormat5);
 constexpr Plan<64> kWidePlan0 = make_plan<64>(kFormat0), kWidePlan5 = make_plan<64>(kFormat5);
-static_assert(kPlan0.fits && kPlan5.fits && kWidePlan0.fits && kWidePlan5.fits);
+constexpr Plan<64> kWidePlanOlder = make_plan<64>(kOlder);
+static_assert(kPlan0.fits && kPlan5.fits && kWidePlan0.fits && kWidePlan5.fits && kWidePlanOlder.fits);
+
+// The bytes of 64-byte vector v of a group that hold colour channel `channel`.
+constexpr uint64_t channel_bytes(uint32_t channel, uint32_t v) {
+  uint64_t bytes = 0;
+  for (uint32_t i = 0; i < 64; ++i)
+    if ((64 * v + i) % kOut == point::red.offset + channel) bytes |= uint64_t{1} << i;
+  return bytes;
+}
 
 #define KALVOR_AVX512 "avx512f,avx512bw,avx512vbmi"
 
@@ -358,6 +377,31 @@ bool have_wide_instructions() {
 #endif
 }
 
+// Older picture files, 64 points at a time; the colours are looked up with
+// byte permutes in the three tables, which hold 64 entries each.
+__attribute__((target(KALVOR_AVX512))) uint32_t convert_older64(const uint8_t* in, uint32_t n, uint8_t* out,
+                                                                const uint8_t (*colours)[64]) {
+  constexpr const Plan<64>& plan = kWidePlanOlder;
+  const __m512i red = vec64(colours[0]), green = vec64(colours[1]), blue = vec64(colours[2]);
+  uint32_t done = 0;
+  for (; uint64_t{n - done} * kIn >= plan.reach; done += 64) {
+    const uint8_t* src = in + kIn * done;
+    uint8_t* dst = out + kOut * done;
+#pragma GCC unroll 11
+    for (uint32_t v = 0; v < kVectors; ++v) {
+      __m512i w = vec64(src + plan.start[v]);
+      __m512i x = _mm512_and_si512(pick64(plan.a[v], w), vec64(plan.and_a[v]));
+      x = or_and(x, _mm512_srli_epi16(pick64(plan.b[v], w), 1), plan.and_b[v]);
+      __m512i index = pick64(plan.c[0][v], w);
+      x = _mm512_mask_permutexvar_epi8(x, channel_bytes(0, v), index, red);
+      x = _mm512_mask_permutexvar_epi8(x, channel_bytes(1, v), index, green);
+      x = _mm512_mask_permutexvar_epi8(x, channel_bytes(2, v), index, blue);
+      _mm512_storeu_si512(dst + 64 * v, xor_or(x, plan.flip[v], plan.set[v]));
+    }
+  }
+  return done;
+}
+
 // Where the first of the n 8-byte records at r may equal the one after it,
 // checked eight records against the eight after them at a time.
 __attribute__((target(KALVOR_AVX512))) uint32_t unrepeated8_wide(const uint8_t* r, uint32_t n) {
@@ -385,6 +429,9 @@ uint32_t convert_groups_format0(const uint8_t* in, uint32_t n, uint8_t* out) {
 uint32_t convert_groups_format5(const uint8_t* in, uint32_t n, uint8_t* out) {
   return convert_any<kIn, convert64<kWidePlan5, false>, convert<kPlan5, false>>(in, n, out);
 }
+uint32_t convert_groups_older(const uint8_t* in, uint32_t n, uint8_t* out, const uint8_t (*colours)[64]) {
+  return have_wide_instructions() ? convert_older64(in, n, out, colours) : 0;
+}
 uint32_t convert_groups_las(const uint8_t* in, uint32_t n, uint8_t* out) {
   return convert_any<kWide, convert_wide64<kWidePlanLas>, convert_wide<kPlanLas>>(in, n, out);
 }
@@ -400,6 +447,7 @@ uint32_t unrepeated8(const uint8_t*, uint32_t) { return 0; }
 uint32_t convert_groups_format0(const uint8_t*, uint32_t, uint8_t*) { return 0; }
 uint32_t convert_groups_format5(const uint8_t*, uint32_t, uint8_t*) { return 0; }
 uint32_t convert_groups_las(const uint8_t*, uint32_t, uint8_t*) { return 0; }
+uint32_t convert_groups_older(const uint8_t*, uint32_t, uint8_t*, const uint8_t (*)[64]) { return 0; }
 uint32_t convert_groups_flx(const uint8_t*, uint32_t, uint8_t*) { return 0; }
 
 #endif

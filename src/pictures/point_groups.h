@@ -17,6 +17,11 @@ uint32_t convert_groups_format0(const uint8_t* in, uint32_t n, uint8_t* out);
 uint32_t convert_groups_format5(const uint8_t* in, uint32_t n, uint8_t* out);
 // Whether any of the n 8-byte records at r equals the one after it.
 bool any_repeat8(const uint8_t* r, uint32_t n);
+// Points of older picture files from their 8-byte records: `in` is the
+// record before the first point, n the records from it on; colours[c][i] is
+// channel c of colour i. Returns the points it made (a multiple of 64; 0
+// without AVX-512).
+uint32_t convert_groups_older(const uint8_t* in, uint32_t n, uint8_t* out, const uint8_t (*colours)[64]);
 // The same for the 11-byte records of LAS and FLX files.
 uint32_t convert_groups_las(const uint8_t* in, uint32_t n, uint8_t* out);
 uint32_t convert_groups_flx(const uint8_t* in, uint32_t n, uint8_t* out);
