@@ -113,13 +113,20 @@ constexpr Plan<64> kWidePlan0 = make_plan<64>(kFormat0), kWidePlan5 = make_plan<
 constexpr Plan<64> kWidePlanOlder = make_plan<64>(kOlder);
 static_assert(kPlan0.fits && kPlan5.fits && kWidePlan0.fits && kWidePlan5.fits && kWidePlanOlder.fits);
 
-// The bytes of 64-byte vector v of a group that hold colour channel `channel`.
-constexpr uint64_t channel_bytes(uint32_t channel, uint32_t v) {
-  uint64_t bytes = 0;
-  for (uint32_t i = 0; i < 64; ++i)
-    if ((64 * v + i) % kOut == point::red.offset + channel) bytes |= uint64_t{1} << i;
-  return bytes;
+// Bit i of bytes[c][v]: byte i of 64-byte vector v of a group holds colour
+// channel c.
+struct ChannelBytes {
+  uint64_t bytes[3][kVectors] = {};
+};
+constexpr ChannelBytes make_channel_bytes() {
+  ChannelBytes out;
+  for (uint32_t c = 0; c < 3; ++c)
+    for (uint32_t v = 0; v < kVectors; ++v)
+      for (uint32_t i = 0; i < 64; ++i)
+        if ((64 * v + i) % kOut == point::red.offset + c) out.bytes[c][v] |= uint64_t{1} << i;
+  return out;
 }
+constexpr ChannelBytes kChannelBytes = make_channel_bytes();
 
 #define KALVOR_AVX512 "avx512f,avx512bw,avx512vbmi"
 
@@ -393,9 +400,9 @@ __attribute__((target(KALVOR_AVX512))) uint32_t convert_older64(const uint8_t* i
       __m512i x = _mm512_and_si512(pick64(plan.a[v], w), vec64(plan.and_a[v]));
       x = or_and(x, _mm512_srli_epi16(pick64(plan.b[v], w), 1), plan.and_b[v]);
       __m512i index = pick64(plan.c[0][v], w);
-      x = _mm512_mask_permutexvar_epi8(x, channel_bytes(0, v), index, red);
-      x = _mm512_mask_permutexvar_epi8(x, channel_bytes(1, v), index, green);
-      x = _mm512_mask_permutexvar_epi8(x, channel_bytes(2, v), index, blue);
+      x = _mm512_mask_permutexvar_epi8(x, kChannelBytes.bytes[0][v], index, red);
+      x = _mm512_mask_permutexvar_epi8(x, kChannelBytes.bytes[1][v], index, green);
+      x = _mm512_mask_permutexvar_epi8(x, kChannelBytes.bytes[2][v], index, blue);
       _mm512_storeu_si512(dst + 64 * v, xor_or(x, plan.flip[v], plan.set[v]));
     }
   }
