@@ -175,9 +175,15 @@ __attribute__((target("ssse3"))) uint32_t convert(const uint8_t* in, uint32_t n,
 }
 
 // The same with 64-byte vectors. Bytes without a source pick any byte of the
-// window: their masks clear them.
-template <const Plan<64>& plan, bool indexed>
-__attribute__((target(KALVOR_AVX512))) uint32_t convert64(const uint8_t* in, uint32_t n, uint8_t* out) {
+// window: their masks clear them. Older picture files (kOlder) take their
+// repeat byte shifted and their colours from `colours` (one 64-entry table a
+// channel) by byte permutes.
+enum class Kind { indexed, true_colour, older };
+template <const Plan<64>& plan, Kind kind>
+__attribute__((target(KALVOR_AVX512))) uint32_t convert64(const uint8_t* in, uint32_t n, uint8_t* out,
+                                                          const uint8_t (*colours)[64]) {
+  __m512i red{}, green{}, blue{};
+  if constexpr (kind == Kind::older) red = vec64(colours[0]), green = vec64(colours[1]), blue = vec64(colours[2]);
   uint32_t done = 0;
   for (; uint64_t{n - done} * kIn >= plan.reach; done += 64) {
     const uint8_t* src = in + kIn * done;
@@ -186,8 +192,14 @@ __attribute__((target(KALVOR_AVX512))) uint32_t convert64(const uint8_t* in, uin
     for (uint32_t v = 0; v < kVectors; ++v) {
       __m512i w = vec64(src + plan.start[v]);
       __m512i x = _mm512_and_si512(pick64(plan.a[v], w), vec64(plan.and_a[v]));
-      if constexpr (indexed) {
+      if constexpr (kind == Kind::indexed) {
         x = or_and(x, pick64(plan.b[v], w), plan.and_b[v]);
+      } else if constexpr (kind == Kind::older) {
+        x = or_and(x, _mm512_srli_epi16(pick64(plan.b[v], w), 1), plan.and_b[v]);
+        __m512i index = pick64(plan.c[0][v], w);
+        x = _mm512_mask_permutexvar_epi8(x, kChannelBytes.bytes[0][v], index, red);
+        x = _mm512_mask_permutexvar_epi8(x, kChannelBytes.bytes[1][v], index, green);
+        x = _mm512_mask_permutexvar_epi8(x, kChannelBytes.bytes[2][v], index, blue);
       } else {
         __m512i colour = _mm512_or_si512(_mm512_or_si512(pick64(plan.c[0][v], w),
                                                          pick64(plan.c[1][v], w)),
@@ -384,31 +396,6 @@ bool have_wide_instructions() {
 #endif
 }
 
-// Older picture files, 64 points at a time; the colours are looked up with
-// byte permutes in the three tables, which hold 64 entries each.
-__attribute__((target(KALVOR_AVX512))) uint32_t convert_older64(const uint8_t* in, uint32_t n, uint8_t* out,
-                                                                const uint8_t (*colours)[64]) {
-  constexpr const Plan<64>& plan = kWidePlanOlder;
-  const __m512i red = vec64(colours[0]), green = vec64(colours[1]), blue = vec64(colours[2]);
-  uint32_t done = 0;
-  for (; uint64_t{n - done} * kIn >= plan.reach; done += 64) {
-    const uint8_t* src = in + kIn * done;
-    uint8_t* dst = out + kOut * done;
-#pragma GCC unroll 11
-    for (uint32_t v = 0; v < kVectors; ++v) {
-      __m512i w = vec64(src + plan.start[v]);
-      __m512i x = _mm512_and_si512(pick64(plan.a[v], w), vec64(plan.and_a[v]));
-      x = or_and(x, _mm512_srli_epi16(pick64(plan.b[v], w), 1), plan.and_b[v]);
-      __m512i index = pick64(plan.c[0][v], w);
-      x = _mm512_mask_permutexvar_epi8(x, kChannelBytes.bytes[0][v], index, red);
-      x = _mm512_mask_permutexvar_epi8(x, kChannelBytes.bytes[1][v], index, green);
-      x = _mm512_mask_permutexvar_epi8(x, kChannelBytes.bytes[2][v], index, blue);
-      _mm512_storeu_si512(dst + 64 * v, xor_or(x, plan.flip[v], plan.set[v]));
-    }
-  }
-  return done;
-}
-
 // Where the first of the n 8-byte records at r may equal the one after it,
 // checked eight records against the eight after them at a time.
 __attribute__((target(KALVOR_AVX512))) uint32_t unrepeated8_wide(const uint8_t* r, uint32_t n) {
@@ -418,6 +405,12 @@ __attribute__((target(KALVOR_AVX512))) uint32_t unrepeated8_wide(const uint8_t* 
   return i;
 }
 uint32_t unrepeated8(const uint8_t* r, uint32_t n) { return have_wide_instructions() ? unrepeated8_wide(r, n) : 0; }
+
+// The ILDA formats need no colour tables.
+template <const Plan<64>& plan, Kind kind>
+uint32_t convert64_ilda(const uint8_t* in, uint32_t n, uint8_t* out) {
+  return convert64<plan, kind>(in, n, out, nullptr);
+}
 
 // Converts 64 records at a time where the processor can, then 16 at a time.
 template <uint32_t in_size, uint32_t (*wide)(const uint8_t*, uint32_t, uint8_t*),
@@ -431,13 +424,13 @@ uint32_t convert_any(const uint8_t* in, uint32_t n, uint8_t* out) {
 }  // namespace
 
 uint32_t convert_groups_format0(const uint8_t* in, uint32_t n, uint8_t* out) {
-  return convert_any<kIn, convert64<kWidePlan0, true>, convert<kPlan0, true>>(in, n, out);
+  return convert_any<kIn, convert64_ilda<kWidePlan0, Kind::indexed>, convert<kPlan0, true>>(in, n, out);
 }
 uint32_t convert_groups_format5(const uint8_t* in, uint32_t n, uint8_t* out) {
-  return convert_any<kIn, convert64<kWidePlan5, false>, convert<kPlan5, false>>(in, n, out);
+  return convert_any<kIn, convert64_ilda<kWidePlan5, Kind::true_colour>, convert<kPlan5, false>>(in, n, out);
 }
 uint32_t convert_groups_older(const uint8_t* in, uint32_t n, uint8_t* out, const uint8_t (*colours)[64]) {
-  return have_wide_instructions() ? convert_older64(in, n, out, colours) : 0;
+  return have_wide_instructions() ? convert64<kWidePlanOlder, Kind::older>(in, n, out, colours) : 0;
 }
 uint32_t convert_groups_las(const uint8_t* in, uint32_t n, uint8_t* out) {
   return convert_any<kWide, convert_wide64<kWidePlanLas>, convert_wide<kPlanLas>>(in, n, out);
