@@ -1,7 +1,7 @@
-// Sixteen records make sixteen 11-byte picture points: eleven 16-byte
-// vectors. Each output vector is built from a 16-byte window of the input
-// with byte shuffles, masks and constants, all worked out at compile time
-// from a description of where each byte of a point comes from.
+// W records (16 or 64) make W 11-byte picture points: eleven W-byte
+// vectors. Each output vector is built from W-byte windows of the input with
+// byte shuffles or permutes, masks and constants, all worked out at compile
+// time from a description of where each byte of a point comes from.
 #include "pictures/point_groups.h"
 
 #include <array>
@@ -12,12 +12,12 @@
 
 #if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
 #include <immintrin.h>
-#define KALVOR_ILDA_GROUPS 1
+#define KALVOR_POINT_GROUPS 1
 #endif
 
 namespace kalvor::pictures {
 
-#if KALVOR_ILDA_GROUPS
+#if KALVOR_POINT_GROUPS
 namespace {
 
 // A group is as many records as a vector has bytes, so that its points fill
