@@ -21,6 +21,7 @@ if [ ! -f "$work/src/CMakeLists.txt" ]; then
 fi
 cmake -S "$work/src" -B "$work/build" -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
 cmake --build "$work/build" -j "${KALVOR_JOBS:-2}" --target kalvor kalvor_idn transport_recorder >/dev/null
+[ -f "$build/CMakeCache.txt" ] || cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build "$build" -j "${KALVOR_JOBS:-2}" --target kalvor kalvor_idn transport_recorder kalvor_fuzz_replay >/dev/null
 
 # Generated files: long ILDA sections of every point format (runs of equal
