@@ -103,9 +103,27 @@ Session& session() {
 
 uint16_t le16(const uint8_t* p) { return static_cast<uint16_t>(p[0] | (p[1] << 8)); }
 
+// With KALVOR_REPLAY_RECORD naming a file, every command a reader sends is
+// appended to it (4-byte little-endian length, then the bytes), so that two
+// builds of the library can be compared byte for byte over the same inputs.
+FILE* command_log() {
+  static FILE* log = [] {
+    const char* path = getenv("KALVOR_REPLAY_RECORD");
+    return path && *path ? fopen(path, "ab") : nullptr;
+  }();
+  return log;
+}
+
 // Checks every command recorded since the last clear, then clears.
 void check_commands(Reader reader) {
   Recorder& r = session().recorder;
+  if (FILE* log = command_log())
+    for (int i = 0, n = r.count(); i < n; ++i) {
+      uint32_t length = r.length(i);
+      const uint8_t head[4] = {uint8_t(length), uint8_t(length >> 8), uint8_t(length >> 16), uint8_t(length >> 24)};
+      fwrite(head, 1, 4, log);
+      fwrite(r.bytes(i), 1, length, log);
+    }
   const uint32_t most_points = reader == Reader::ilda || reader == Reader::ilda_index ? 8191 : 8192;
   for (int i = 0, n = r.count(); i < n; ++i) {
     uint32_t length = r.length(i);

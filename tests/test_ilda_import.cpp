@@ -116,8 +116,8 @@ TEST_F(KalvorTest, IldaLongSectionsConvertEveryRecordAlike) {
     EXPECT_EQ(pics[0].points, want0);
     EXPECT_EQ(pics[1].points, want5);
   }
-  // Repeats fold into the point before them: one inside the first 512
-  // records (the size of a block read), one that starts the next block.
+  // Repeats fold into the point before them, wherever they fall among the
+  // groups the fast paths convert.
   Bytes folded = ilda_header(0, kRecords + 2), want = want0;
   for (int i = 0; i < kRecords; ++i) {
     Bytes record(f0.begin() + 32 + 8 * i, f0.begin() + 40 + 8 * i);

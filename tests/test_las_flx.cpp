@@ -75,3 +75,33 @@ TEST_F(KalvorTest, MalformedLasAndFlxFilesStayInsideTheUploadBuffer) {
   displayimportflx(1, temp_path("missing.flx").c_str(), 0);
   EXPECT_EQ(rec.count(), 0);
 }
+
+TEST_F(KalvorTest, LongLasAndFlxPicturesConvertEveryPointAlike) {
+  // Long pictures are converted in groups and the rest one by one, straight
+  // from the file's 64 KiB buffer; 6,100 points cross its end inside a record.
+  // A fault in any path shows as a point that differs from its own record:
+  // every field varies (bits above the 12 LAS ones, blank bits, colour index
+  // bits, every FLX state).
+  constexpr int kPoints = 6100;
+  Bytes las_points, flx_points, want_las, want_flx;
+  for (int i = 0; i < kPoints; ++i) {
+    auto x = static_cast<uint16_t>(i * 40503u), y = static_cast<uint16_t>(i * 2654u + 7);
+    auto flags = static_cast<uint8_t>(i * 37), colour = static_cast<uint8_t>(i * 11), state = static_cast<uint8_t>(i % 5);
+    for (auto [to, from] : {std::pair{&las_points, las_point(x, y, flags, colour)}, {&flx_points, flx_point(x, y, state)}})
+      to->insert(to->end(), from.begin(), from.end());
+    auto lx = static_cast<int16_t>(((x & 0xFFF) - 2048) * 16), ly = static_cast<int16_t>(((y & 0xFFF) - 2048) * 16);
+    Bytes l = white(lx, ly, 0, static_cast<uint8_t>(0x80 | (flags & 1) << 6 | (colour & 63)), 1);
+    Bytes f = white(static_cast<int16_t>(x ^ 0x8000), static_cast<int16_t>(y ^ 0x8000), 0, state ? 0x80 : 0xC0,
+                    state == 2 ? 2 : 0);
+    want_las.insert(want_las.end(), l.begin(), l.end());
+    want_flx.insert(want_flx.end(), f.begin(), f.end());
+  }
+  auto las_pics = load_las(las(2, concat({las_picture(kPoints, las_points), las_picture(kPoints, las_points)})));
+  auto flx_pics = load_flx(flx(2, concat({flx(kPoints, flx_points), flx(kPoints, flx_points)})));
+  ASSERT_EQ(las_pics.size(), 2u);
+  ASSERT_EQ(flx_pics.size(), 2u);
+  for (int k = 0; k < 2; ++k) {
+    EXPECT_EQ(las_pics[k].points, want_las) << k;
+    EXPECT_EQ(flx_pics[k].points, want_flx) << k;
+  }
+}

@@ -24,6 +24,15 @@ class FileReader {
   size_t read(void* out, size_t size);
   // Reads exactly size bytes; false (with what could be read in out) at the end.
   bool read_exact(void* out, size_t size) { return read(out, size) == size; }
+  // The bytes that lie buffered, without copying them: points `data` at them
+  // and returns how many there are (0 at the end of the file), refilling an
+  // empty buffer first. advance() consumes what the caller used of them.
+  size_t buffered(const uint8_t** data) {
+    if (pos_ == end_ && !refill()) return 0;
+    *data = buffer_ + pos_;
+    return end_ - pos_;
+  }
+  void advance(size_t n) { pos_ += n; }
   // Moves forward by count bytes; false when the file ends first.
   bool skip(uint64_t count);
   // Length of the file in bytes.

@@ -1,7 +1,7 @@
 // ILDA import: every frame section of an ILDA file becomes one picture, sent
 // as soon as the section ends; palette sections fill colour buffer 0.
 #include "kalvor/kalvor.h"
-#include "pictures/ilda_groups.h"
+#include "pictures/point_groups.h"
 #include "pictures/picture_points.h"
 #include "pictures/read_report.h"
 
@@ -55,6 +55,7 @@ void convert_point(const uint8_t* r, uint8_t* p) {
 template <const PointFormat& f>
 bool any_repeat(const uint8_t* r, uint32_t n, const uint8_t* before) {
   if (before && memcmp(before, r, f.size) == 0) return true;
+  if constexpr (f.size == 8) return any_repeat8(r, n);
   for (const uint8_t* end = r + f.size * n; r + f.size < end; r += f.size)
     if (memcmp(r, r + f.size, f.size) == 0) return true;
   return false;

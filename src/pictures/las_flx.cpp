@@ -3,6 +3,7 @@
 // sent as soon as its points are read, under consecutive numbers.
 #include "kalvor/kalvor.h"
 #include "pictures/picture_points.h"
+#include "pictures/point_groups.h"
 #include "pictures/read_report.h"
 
 using namespace kalvor;
@@ -26,12 +27,13 @@ uint32_t header_count(const uint8_t* header, const AnimationLayout& l) {
   return static_cast<uint16_t>(load_le<uint16_t>(header + l.count_at) + l.count_bias);
 }
 
-// Reads the file picture by picture; convert(record, point) fills one point.
+// Reads the file picture by picture; `groups` converts what runs of records
+// it can, convert(record, point) fills one point.
 // Points beyond the 8192nd are passed over. A picture the file cuts short is
 // still sent with its announced count; the file ends at a header cut short.
 template <typename Convert>
 void import_animation(uint32_t scanner, const char* path, uint32_t start, const AnimationLayout& l,
-                      ReadReport* report, Convert convert) {
+                      ReadReport* report, GroupConverter groups, Convert convert) {
   uint8_t* rec = scanner_record(scanner);
   FileReader file(path);
   if (!rec || !file.is_open()) return;
@@ -43,8 +45,11 @@ void import_animation(uint32_t scanner, const char* path, uint32_t start, const 
     if (!file.read_exact(header, l.picture_header)) return note_header_cut(report);
     uint32_t n = header_count(header, l);
     uint32_t kept = n < kMaxPoints ? n : kMaxPoints;
-    uint32_t got = read_blocks(file, kRecordSize, kept, [area, convert](const uint8_t* r, uint32_t first, uint32_t n) {
-      for (uint8_t* p = point_at(area, first); n--; r += kRecordSize, p += point::size) convert(r, p);
+    uint32_t got = read_blocks(file, kRecordSize, kept, [area, groups, convert](const uint8_t* r, uint32_t first, uint32_t n) {
+      uint8_t* p = point_at(area, first);
+      uint32_t done = groups(r, n, p);
+      r += kRecordSize * done, p += point::size * done, n -= done;
+      for (; n--; r += kRecordSize, p += point::size) convert(r, p);
     });
     blank_points(area, got, kept);
     file.skip(uint64_t{kRecordSize} * (n - kept) + l.trailer);
@@ -68,14 +73,14 @@ uint16_t flx_coordinate(const uint8_t* p) { return static_cast<uint16_t>(load_le
 }  // namespace
 
 void kalvor::pictures::import_las(uint32_t scanner, const char* path, uint32_t start, ReadReport* report) {
-  import_animation(scanner, path, start, kLas, report, [](const uint8_t* r, uint8_t* p) {
+  import_animation(scanner, path, start, kLas, report, convert_groups_las, [](const uint8_t* r, uint8_t* p) {
     // Each point is output twice (repeat 1).
     put_point(p, las_coordinate(r + 1), las_coordinate(r + 3), 0, status_byte(r[7], r[5] & 1, 1), 1, 255, 255, 255);
   });
 }
 
 void kalvor::pictures::import_flx(uint32_t scanner, const char* path, uint32_t start, ReadReport* report) {
-  import_animation(scanner, path, start, kFlx, report, [](const uint8_t* r, uint8_t* p) {
+  import_animation(scanner, path, start, kFlx, report, convert_groups_flx, [](const uint8_t* r, uint8_t* p) {
     uint8_t state = r[9];  // 0 blanked, 2 drawn and output three times, else drawn
     put_point(p, flx_coordinate(r), flx_coordinate(r + 2), 0, status_byte(0, state == 0, 1), state == 2 ? 2 : 0, 255,
               255, 255);

@@ -4,6 +4,7 @@
 // leaves the point.
 #include "kalvor/kalvor.h"
 #include "pictures/picture_points.h"
+#include "pictures/point_groups.h"
 
 using namespace kalvor;
 using namespace kalvor::pictures;
@@ -21,7 +22,10 @@ uint32_t read_older_records(FileReader& file, uint8_t* rec, uint32_t count, Read
   uint8_t* area = upload_area(rec);
   uint32_t kept = count < kMaxPoints ? count : kMaxPoints;
   point_at(area, 0)[point::statusByte.offset] = kFlag7 | kBlankBit;
-  uint32_t got = read_blocks(file, kOlderRecordSize, kept, [rec, area](const uint8_t* r, uint32_t first, uint32_t n) {
+  uint8_t colours[3][64];  // the channels of colour buffer 0, for the groups
+  for (uint8_t i = 0; i < 64; ++i)
+    for (int c = 0; c < 3; ++c) colours[c][i] = colour_entry(rec, i)[c];
+  uint32_t got = read_blocks(file, kOlderRecordSize, kept, [&](const uint8_t* r, uint32_t first, uint32_t n) {
     for (uint32_t i = first; i < first + n; ++i, r += kOlderRecordSize) {
       uint8_t* p = point_at(area, i);
       store_le<uint16_t>(p + point::x.offset, load_be<uint16_t>(r + 2));
@@ -36,6 +40,11 @@ uint32_t read_older_records(FileReader& file, uint8_t* rec, uint32_t count, Read
         next[point::green.offset] = c[1];
         next[point::blue.offset] = c[2];
       }
+      // The points after record i are whole once their records are in the
+      // block; the last of them still owes its status to the point after it,
+      // so the loop goes on from its record.
+      uint32_t done = convert_groups_older(r, first + n - i, point_at(area, i + 1), colours);
+      if (done) i += done - 1, r += kOlderRecordSize * (done - 1);
     }
   });
   blank_points(area, got, kept);

@@ -115,22 +115,31 @@ inline void set_colour_entry(uint8_t* rec, uint32_t i, uint8_t r, uint8_t g, uin
 // Reads `count` records of `size` bytes (at most kMaxRecord) in blocks and
 // hands each block to fn(records, first, n): n whole records in file order,
 // the first of them record number `first`. Returns how many whole records the
-// file held; the reading stops at the end of the file. The hot readers loop
-// over a block with their position in locals: called once per record, a
-// callback would reload everything it reaches by reference after each point
-// it writes, since a byte store may alias anything.
+// file held; the reading stops at the end of the file. The records are read
+// where they lie in the file's buffer, so a block is every whole record
+// buffered; the one record that straddles the buffer's end comes as a block
+// of its own. The hot readers loop over a block with their position in
+// locals: called once per record, a callback would reload everything it
+// reaches by reference after each point it writes, since a byte store may
+// alias anything.
 inline constexpr uint32_t kMaxRecord = 11;
 template <typename Fn>
 uint32_t read_blocks(FileReader& file, uint32_t size, uint32_t count, Fn&& fn) {
-  constexpr uint32_t kBlock = 512;
-  uint8_t block[kBlock * kMaxRecord];
   uint32_t done = 0;
   while (done < count) {
-    uint32_t want = count - done < kBlock ? count - done : kBlock;
-    uint32_t got = static_cast<uint32_t>(file.read(block, size_t{want} * size) / size);
-    if (got) fn(static_cast<const uint8_t*>(block), done, got);
-    done += got;
-    if (got < want) break;
+    const uint8_t* data = nullptr;
+    size_t have = file.buffered(&data) / size;
+    if (have) {
+      uint32_t n = have < count - done ? static_cast<uint32_t>(have) : count - done;
+      fn(data, done, n);
+      file.advance(size_t{n} * size);
+      done += n;
+      continue;
+    }
+    uint8_t record[kMaxRecord];
+    if (!file.read_exact(record, size)) break;  // the end of the file, or a record cut short
+    fn(static_cast<const uint8_t*>(record), done, 1u);
+    ++done;
   }
   return done;
 }
