@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "receiver.h"
+#include "support/harness.h"
 #include "transports/common/transport_config.h"
 
 #if defined(_WIN32)
@@ -100,7 +101,7 @@ TEST(IdnDevices, PlayStreamsEveryPictureOfAFile) {
                                    : idntest::Sample{int16_t(x), int16_t(y), r, g, b, 255});
     }
   }
-  std::string path = ::testing::TempDir() + "play-idn.ild";
+  std::string path = kt::temp_path("play-idn.ild");
   std::FILE* out = std::fopen(path.c_str(), "wb");
   ASSERT_TRUE(out);
   std::fwrite(file.data(), 1, file.size(), out);

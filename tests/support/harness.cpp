@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <random>
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -97,10 +98,13 @@ Bytes upload_track(const Bytes& upload, int t) {
   }
 }
 
+// The run's own token keeps two runs of the same test (two build folders
+// tested at once) out of each other's files.
 std::string temp_path(const std::string& name) {
+  static const std::string run = std::to_string(std::random_device{}() % 1000000);
   const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
   std::string prefix = info ? std::string(info->test_suite_name()) + "_" + info->name() + "_" : "";
-  return ::testing::TempDir() + "kalvor_" + prefix + name;
+  return ::testing::TempDir() + "kalvor" + run + "_" + prefix + name;
 }
 
 void write_file(const std::string& path, const Bytes& bytes) {
