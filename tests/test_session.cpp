@@ -89,11 +89,10 @@ TEST_F(KalvorTest, ResetSendsTheBufferAndClearsTwoPreviewCounts) {
   ASSERT_EQ(b.size(), 386u);
   EXPECT_EQ(Bytes(b.begin(), b.begin() + 2), (Bytes{0x1B, 0x40}));
   EXPECT_EQ(Bytes(b.begin() + 2 + 6 * 63, b.end()), (Bytes{63, 1, 2, 3, 4, 192}));
-  uint16_t counts[3];
-  displaygetpreviewbuffercnt(1, &counts[0]);
-  displaygetfullpreviewbuffercnt(1, &counts[1]);
-  displaygetvistrelbuffercnt(1, &counts[2]);
-  EXPECT_EQ(std::vector<uint16_t>(counts, counts + 3), (std::vector<uint16_t>{0, 0, 5}));
+  std::vector<uint16_t> counts;
+  for (auto get : {displaygetpreviewbuffercnt, displaygetfullpreviewbuffercnt, displaygetvistrelbuffercnt})
+    get(1, &counts.emplace_back());
+  EXPECT_EQ(counts, (std::vector<uint16_t>{0, 0, 5}));
   EXPECT_EQ(DisplayGetTimeToWait(1), 6u);  // the preview's value; only the count is cleared
   rec.clear();
   displayreset(1, 8);  // no such buffer

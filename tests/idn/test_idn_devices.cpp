@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "receiver.h"
+#include "support/harness.h"
 #include "transports/common/transport_config.h"
 
 #if defined(_WIN32)
@@ -101,10 +102,7 @@ TEST(IdnDevices, PlayStreamsEveryPictureOfAFile) {
     }
   }
   std::string path = ::testing::TempDir() + "play-idn.ild";
-  std::FILE* out = std::fopen(path.c_str(), "wb");
-  ASSERT_TRUE(out);
-  std::fwrite(file.data(), 1, file.size(), out);
-  std::fclose(out);
+  kt::write_file(path, kt::Bytes(file.begin(), file.end()));
 
   idntest::Receiver rx;
   int status = -1;

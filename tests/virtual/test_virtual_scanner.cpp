@@ -35,10 +35,10 @@ TEST_F(VirtualScanner, PictureMemoryStoresAnswersCountsAndClears) {
   upload(2, 3, kDot);  // another scanner's memory is separate
   EXPECT_EQ(read_back(1, 5), kSquare);
   EXPECT_EQ(read_back(1, 9), kDot);
-  EXPECT_EQ(displaygetpic(1, 7), 0);
-  EXPECT_EQ(GetMaxPic(1), 10);  // highest stored number + 1
-  EXPECT_EQ(GetMaxPic(2), 4);
-  EXPECT_EQ(virtual_scanner_pictures(1), 2u);
+  // No picture 7; the highest stored number + 1 on each scanner; two pictures stored.
+  EXPECT_EQ((Values{double(displaygetpic(1, 7)), double(GetMaxPic(1)), double(GetMaxPic(2)),
+                    double(virtual_scanner_pictures(1))}),
+            (Values{0, 10, 4, 2}));
 
   displaysetpic(1, 9, 0);  // an empty picture is no picture
   EXPECT_EQ(GetMaxPic(1), 6);
