@@ -15,12 +15,10 @@ TEST_F(KalvorTest, BeginSessionReadsProfileQueriesVersionSendsSignalLoadsDefault
   rec.set_reply(0x22, le_bytes<uint32_t>(0x01020304));
   displaybeginsession(2);
   displayendsession(2);
-  auto sent = rec.all();
-  ASSERT_EQ(sent.size(), 3u);  // nothing is sent for the colour buffers
-  EXPECT_EQ(sent[0].bytes, Bytes{0x22});
-  EXPECT_TRUE(sent[0].reply);
-  EXPECT_EQ(sent[1].bytes, (Bytes{0x24, 0x02}));
-  EXPECT_EQ(sent[2].bytes, Bytes{0xFF});
+  // Nothing is sent for the colour buffers.
+  EXPECT_EQ(rec.bytes(), (std::vector<Bytes>{{0x22}, {0x24, 0x02}, {0xFF}}));
+  ASSERT_GT(rec.count(), 0);
+  EXPECT_TRUE(rec.at(0).reply);
   EXPECT_EQ(displaygetoutput(2), 0);
   uint8_t c[7];
   displaygetcolorbuffer(2, 7, 15, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5]);

@@ -41,11 +41,10 @@ TEST_F(VirtualScanner, PictureMemoryStoresAnswersCountsAndClears) {
             (Values{0, 10, 4, 2}));
 
   displaysetpic(1, 9, 0);  // an empty picture is no picture
-  EXPECT_EQ(GetMaxPic(1), 6);
+  Values after{double(GetMaxPic(1))};
   clearpicmem(1);
-  EXPECT_EQ(GetMaxPic(1), 0);
-  EXPECT_EQ(displaygetpic(1, 5), 0);
-  EXPECT_EQ(GetMaxPic(2), 4);
+  after.insert(after.end(), {double(GetMaxPic(1)), double(displaygetpic(1, 5)), double(GetMaxPic(2))});
+  EXPECT_EQ(after, (Values{6, 0, 0, 4}));
 }
 
 TEST_F(VirtualScanner, PreviewsShowTheActiveTracksDirectPointsOrNothing) {
