@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "kalvor/kalvor.h"
+#include "support/harness.h"
+#include "transports/virtual/virtual_scanner.h"
 
 namespace kt {
 
@@ -24,6 +26,15 @@ inline void upload(uint32_t s, uint16_t number, const std::vector<Point>& points
   }
   displaysetpic(s, number, static_cast<uint16_t>(points.size()));
 }
+
+// Every test also starts with the virtual scanner's memory and state reset.
+class VirtualTest : public KalvorTest {
+ protected:
+  void SetUp() override {
+    KalvorTest::SetUp();
+    virtual_scanner_reset();
+  }
+};
 
 // Reads a picture back with the picture query.
 inline std::vector<Point> read_back(uint32_t s, uint16_t number) {

@@ -8,8 +8,6 @@
 #include <vector>
 
 #include "points.h"
-#include "support/harness.h"
-#include "transports/virtual/virtual_scanner.h"
 
 using namespace kt;
 
@@ -65,13 +63,7 @@ Point lit(int16_t x, int16_t y, uint8_t r, uint8_t g, uint8_t b, int16_t z = 0, 
 
 }  // namespace
 
-class Projector : public KalvorTest {
- protected:
-  void SetUp() override {
-    KalvorTest::SetUp();
-    virtual_scanner_reset();
-  }
-};
+class Projector : public VirtualTest {};
 
 TEST_F(Projector, DefaultsGiveThePictureBackWithTravelOnlyBeforeADrawnStart) {
   const std::vector<Point> picture = {lit(-32768, 32767, 1, 2, 3, 5, kDark), lit(300, -400, 255, 0, 10),

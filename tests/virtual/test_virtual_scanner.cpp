@@ -5,8 +5,6 @@
 #include <vector>
 
 #include "points.h"
-#include "support/harness.h"
-#include "transports/virtual/virtual_scanner.h"
 
 using namespace kt;
 
@@ -21,13 +19,7 @@ using Values = std::vector<double>;
 
 }  // namespace
 
-class VirtualScanner : public KalvorTest {
- protected:
-  void SetUp() override {
-    KalvorTest::SetUp();
-    virtual_scanner_reset();
-  }
-};
+class VirtualScanner : public VirtualTest {};
 
 TEST_F(VirtualScanner, PictureMemoryStoresAnswersCountsAndClears) {
   upload(1, 5, kSquare);
