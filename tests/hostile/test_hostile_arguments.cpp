@@ -306,9 +306,8 @@ Bytes observe(Recorder& rec, uint32_t s) {
 Paths make_paths() {
   namespace fs = std::filesystem;
   Paths p;
-  std::string folder = temp_path("files");
+  const std::string folder = p.folder = temp_path("files");
   fs::create_directories(folder);
-  p.folder = folder;
   Bytes content(700);
   for (size_t i = 0; i < content.size(); ++i) content[i] = static_cast<uint8_t>(i * 13 + 1);
   for (const char* ext : {".cat", ".lds", ".ild", ".pal", ".rgb", ".pic", ".las", ".flx", ".CAT", ""}) {

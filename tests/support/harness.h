@@ -60,10 +60,9 @@ class KalvorTest : public ::testing::Test {
 // Little-endian views for assertions.
 template <typename T>
 T le(const Bytes& b, size_t offset) {
-  T v;
+  T v{};
   EXPECT_LE(offset + sizeof(T), b.size());
-  if (offset + sizeof(T) > b.size()) return T{};
-  std::memcpy(&v, b.data() + offset, sizeof v);
+  if (offset + sizeof(T) <= b.size()) std::memcpy(&v, b.data() + offset, sizeof v);
   return v;
 }
 template <typename T>

@@ -15,22 +15,6 @@ namespace {
 
 constexpr uint8_t kDrawn = 0x80, kDark = 0xC0;
 
-// A frame point as the host reads it.
-struct Out {
-  int32_t x, y;
-  uint8_t status, r, g, b;
-  bool operator==(const Out&) const = default;
-};
-
-std::vector<Out> frame(uint32_t s) {
-  uint16_t count = 0;
-  displaygetfullpreviewbuffercnt(s, &count);
-  std::vector<Out> out(count);
-  for (uint16_t i = 0; i < count; ++i) displaygetfullpreviewbuffervector(s, i, &out[i].x, &out[i].y, &out[i].status,
-                                                                       &out[i].r, &out[i].g, &out[i].b);
-  return out;
-}
-
 // Picture 1 on track 0 of scanner s, every field at its initial value.
 void show(uint32_t s, const std::vector<Point>& picture) {
   upload(s, 1, picture);
