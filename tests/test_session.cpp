@@ -79,9 +79,8 @@ TEST_F(KalvorTest, ResetSendsTheBufferAndClearsTwoPreviewCounts) {
   displayinitcolorbuffer(1, 3, 0);
   for (uint8_t i = 0; i < 64; ++i) displaysetcolorbuffer(1, 3, i, i, 1, 2, 3, 4, uint8_t(255 - i));
   for (uint8_t opcode : {0x06, 0x7B, 0x7E}) rec.set_reply(opcode, concat({le_bytes<uint16_t>(5), le_bytes(opcode)}));
-  displayupdatepreviewbuffer(1, nullptr, nullptr);
-  displayupdatefullpreviewbuffer(1, nullptr, nullptr);
-  displayupdatevistrelbuffer(1, nullptr, nullptr);
+  for (auto refresh : {displayupdatepreviewbuffer, displayupdatefullpreviewbuffer, displayupdatevistrelbuffer})
+    refresh(1, nullptr, nullptr);
   displayreset(1, 3);
   Bytes b = rec.last().bytes;
   ASSERT_EQ(b.size(), 386u);

@@ -125,9 +125,8 @@ TEST_F(HostileAnswers, PreviewCountsBeyondTheAreasReadOnlyTheAreas) {
   SetVistrel(kScanner, 0);
   uint16_t count = 0;
   uint32_t value = 0;
-  displayupdatepreviewbuffer(kScanner, &count, &value);
-  displayupdatefullpreviewbuffer(kScanner, &count, &value);
-  displayupdatevistrelbuffer(kScanner, &count, &value);
+  for (auto refresh : {displayupdatepreviewbuffer, displayupdatefullpreviewbuffer, displayupdatevistrelbuffer})
+    refresh(kScanner, &count, &value);
   displaydirect(kScanner, 1, 2, 3);
 
   // The count is reported as received; points are served up to the areas' end.
