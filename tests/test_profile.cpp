@@ -150,10 +150,10 @@ TEST_F(Profile, FilesReadAsWindowsReadsThem) {
       {"[1]\n;" + std::string(3000, 'c') + "\nSignal=" + std::string(2100, ' ') + "11", "MASTER/SLAVE", 11},
   };
   // Signal values alone. Only 29 characters count; 29 between quotes lose the last one.
+  const std::string zeros(27, '0');
   const std::pair<std::string, int> signals[] = {
       {"0x10", 16}, {"-0o17", 241}, {"0b11", 3}, {"0X10", 0}, {"\x01\x0B" "7", 7}, {"\" \"", 0}, {"\"\"", 2},
-      {std::string(29, '0') + "5", 0}, {"\"" + std::string(28, '0') + "5\"", 0},
-      {"\"" + std::string(27, '0') + "5\"", 5}};
+      {zeros + "005", 0}, {"\"0" + zeros + "5\"", 0}, {"\"" + zeros + "5\"", 5}};
   for (const auto& [value, signal] : signals) rows.push_back({"[1]\nSignal=" + value, "MASTER/SLAVE", signal});
   for (const Row& row : rows) {
     SCOPED_TRACE(::testing::PrintToString(row.text.substr(0, 60)));

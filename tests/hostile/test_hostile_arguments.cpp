@@ -227,7 +227,9 @@ void fill_record(Recorder& rec, uint32_t s) {
   for (auto refresh : {displayupdatepreviewbuffer, displayupdatefullpreviewbuffer, displayupdatevistrelbuffer})
     refresh(s, nullptr, nullptr);
   DisplaySetPreviewG(s, 0.5, 0.25 * s, 0, 0, 0, 1);
-  setsendname(s, ("S" + std::to_string(s)).c_str());
+  char name[8];
+  snprintf(name, sizeof name, "S%u", s);
+  setsendname(s, name);
   displaysignal(s, static_cast<uint8_t>(s));
   displayupdatepal(s, 0);  // as observe() leaves it
   rec.clear();
