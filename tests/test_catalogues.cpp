@@ -11,7 +11,6 @@ namespace {
 const Bytes A = pt(1, 2, 3, 0x85, 0x01, 10, 20, 30);
 const Bytes B = pt(-4, -5, -6, 0xC0, 0x00, 0, 0, 0);
 
-Bytes u16(uint16_t v) { return le_bytes(v); }
 // A catalogue record of type 1 holding n points.
 Bytes cat1(int n, const Bytes& points) { return concat({Bytes{1}, u16(static_cast<uint16_t>(n)), points}); }
 // A show file of n pictures; each picture is its number, count and points.

@@ -8,15 +8,9 @@ using namespace kt;
 
 namespace {
 
-// Entry `index` of a buffer of scanner 1: the six channels, then r, g, b.
-Bytes entry(uint8_t buffer, uint8_t index) {
-  uint8_t c[9] = {};
-  displaygetcolorbuffer(1, buffer, index, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5]);
-  displaygetcolorbufferrgb(1, buffer, index, &c[6], &c[7], &c[8]);
-  return Bytes(c, c + 9);
-}
+// The six channels of entry `index` of a buffer of scanner 1.
 Bytes channels(uint8_t buffer, uint8_t index) {
-  Bytes e = entry(buffer, index);
+  Bytes e = colour_entry(1, buffer, index);
   return Bytes(e.begin(), e.begin() + 6);
 }
 
@@ -44,13 +38,13 @@ Bytes expected(int (*v)(int)) {
 TEST_F(KalvorTest, EntriesAndDefaultsLeaveTheRestAlone) {
   displayinitcolorbuffer(1, 2, 9);
   displaydefaultcolorbuffer(1, 2);
-  EXPECT_EQ(entry(2, 2), (Bytes{255, 0, 255, 0, 255, 255, 255, 127, 127}));
-  EXPECT_EQ(entry(2, 63), Bytes(9, 9));
+  EXPECT_EQ(colour_entry(1, 2, 2), (Bytes{255, 0, 255, 0, 255, 255, 255, 127, 127}));
+  EXPECT_EQ(colour_entry(1, 2, 63), Bytes(9, 9));
   displaysetcolorbuffer(1, 2, 63, 1, 2, 3, 4, 5, 6);
   displaysetcolorbufferrgb(1, 2, 63, 7, 8, 9);
   displaysetcolorbuffer(1, 2, 64, 0, 0, 0, 0, 0, 0);  // ignored
   displaysetcolorbuffer(1, 8, 0, 0, 0, 0, 0, 0, 0);   // no buffer 8
-  EXPECT_EQ(concat({entry(2, 63), entry(2, 0)}), concat({{1, 2, 3, 4, 5, 6, 7, 8, 9}, Bytes(9, 255)}));
+  EXPECT_EQ(concat({colour_entry(1, 2, 63), colour_entry(1, 2, 0)}), concat({{1, 2, 3, 4, 5, 6, 7, 8, 9}, Bytes(9, 255)}));
   uint8_t c[6] = {42, 42, 42, 42, 42, 42};
   displaygetcolorbuffer(1, 2, 200, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5]);
   displaygetcolorbufferrgb(1, 2, 64, &c[0], &c[1], &c[2]);
@@ -130,7 +124,7 @@ TEST_F(KalvorTest, PaletteAndRgbFilesRoundTripAndToleratePoorFiles) {
   ASSERT_EQ(file.size(), 576u);
   EXPECT_EQ(Bytes(file.begin() + 9, file.begin() + 18), (Bytes{9, 8, 1, 1, 1, 2, 3, 4, 5}));
   displayloadpal(1, 5, pal.c_str());
-  EXPECT_EQ(entry(5, 63), (Bytes{63, 1, 2, 3, 4, 5, 9, 8, 63}));
+  EXPECT_EQ(colour_entry(1, 5, 63), (Bytes{63, 1, 2, 3, 4, 5, 9, 8, 63}));
   EXPECT_EQ(rec.last().bytes.size(), 386u);
   EXPECT_EQ(rec.last().bytes[0], 0x05);
 
@@ -140,7 +134,7 @@ TEST_F(KalvorTest, PaletteAndRgbFilesRoundTripAndToleratePoorFiles) {
     std::string path = temp_path(name);
     write_file(path, {10, 20, 30, 40, 50, 60, 70});
     displayloadpal(1, 5, path.c_str());
-    EXPECT_EQ(entry(5, 1), (Bytes{40, 50, 60, 0, 0, 0, 40, 50, 60}));
+    EXPECT_EQ(colour_entry(1, 5, 1), (Bytes{40, 50, 60, 0, 0, 0, 40, 50, 60}));
     EXPECT_EQ(channels(5, 2), (Bytes{2, 1, 2, 3, 4, 5}));
   }
   displayloadRGB(1, 6, pal.c_str());

@@ -28,12 +28,7 @@ std::vector<Picture> import_from_index(const Bytes& file, uint32_t index, uint16
 TEST_F(KalvorTest, IldaFormatsConvertToPicturePoints) {
   // Palettes (of more entries than the buffer holds: the next buffer stays),
   // format 3 and unknown formats are passed over without using up a number.
-  auto buffer1 = [] {
-    uint8_t c[6];
-    displaygetcolorbuffer(1, 1, 0, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5]);
-    return Bytes(c, c + 6);
-  };
-  const Bytes untouched = buffer1();
+  const Bytes untouched = colour_entry(1, 1, 0);
   auto pics = import(concat({ilda_header(0, 2), rec0(100, 100, 0xFFFB, 0x00, 70), rec0(0x8000, 0x7FFF, 0, 0xC0, 1),
                              ilda_header(2, 65), Bytes(65 * 3, 1), head_of(3), be32(0), be32(2), Bytes(6, 0xAB),
                              head_of(9), be32(3), Bytes(3, 0xCD),  //
@@ -43,7 +38,7 @@ TEST_F(KalvorTest, IldaFormatsConvertToPicturePoints) {
                              ilda_header(0, 0)}));
   // startPicture 0 counts from 1; the closing header is an empty picture.
   EXPECT_EQ(numbers(pics), (Numbers{{1, 2}, {2, 1}, {3, 2}, {4, 2}, {5, 0}}));
-  EXPECT_EQ(buffer1(), untouched);
+  EXPECT_EQ(colour_entry(1, 1, 0), untouched);
   // Indexed: y mirrored, colour index modulo 64, white; bit 7 of the status ignored.
   EXPECT_EQ(pics[0].points, concat({white(100, -101, -5, 0x86), white(-32768, -32768, 0, 0xC1)}));
   EXPECT_EQ(pics[1].points, white(7, -1, 0, 0xC3));

@@ -5,8 +5,6 @@ using namespace kt;
 
 namespace {
 
-Bytes u16(uint16_t v) { return le_bytes(v); }
-
 // An 11-byte LAS point: x at 1, y at 3, blank bit in byte 5, colour at 7.
 Bytes las_point(uint16_t x, uint16_t y, uint8_t flags = 0, uint8_t colour = 0) {
   return concat({Bytes{0}, u16(x), u16(y), Bytes{flags, 0, colour, 0, 0, 0}});

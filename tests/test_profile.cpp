@@ -45,11 +45,12 @@ class Profile : public KalvorTest {
     return out;
   }
 
-  std::string names(uint32_t scanner) {
+  // "send name/receive name signal".
+  std::string identity(uint32_t scanner) {
     char send[16], receive[16];
     getsendname(scanner, send);
     getreceivename(scanner, receive);
-    return std::string(send) + "/" + receive;
+    return std::string(send) + "/" + receive + " " + std::to_string(displaygetsignal(scanner));
   }
 };
 
@@ -60,8 +61,7 @@ TEST_F(Profile, WithoutAFileEverythingTakesItsDefault) {
   DisplaySetPreviewR(1, 0, 0, 0, 0, 0, 1);
   rec.clear();
   EXPECT_EQ(getscannerprofile(1), 0);
-  EXPECT_EQ(displaygetsignal(1), 2);
-  EXPECT_EQ(names(1), "MASTER/SLAVE");
+  EXPECT_EQ(identity(1), "MASTER/SLAVE 2");
   EXPECT_EQ(concat({matrix_row(1, 0), matrix_row(1, 1), matrix_row(1, 2)}),
             (Bytes{200, 0, 0, 0, 0, 0, 0, 200, 0, 0, 0, 0, 0, 0, 200, 0, 0, 0}));
   EXPECT_EQ(rec.count(), 3);  // only the three preview refreshes: the profile sends nothing
@@ -70,8 +70,7 @@ TEST_F(Profile, WithoutAFileEverythingTakesItsDefault) {
 TEST_F(Profile, SectionSetsNamesSignalAndMatrix) {
   use_profile("[3]\nMasterName=PC1\nSlaveName=LAS1\nSignal=260\nC3ToR=0.5\n");
   EXPECT_EQ(getscannerprofile(3), 1);
-  EXPECT_EQ(names(3), "PC1/LAS1");
-  EXPECT_EQ(displaygetsignal(3), 4);
+  EXPECT_EQ(identity(3), "PC1/LAS1 4");
   EXPECT_EQ(matrix_row(3, 0), (Bytes{200, 0, 0, 100, 0, 0}));
 }
 
@@ -92,19 +91,18 @@ TEST_F(Profile, WeightsAreDecimalTextAndOneNameIsNotEnough) {
 
   // Only one name: signal and matrix still change, the names do not.
   EXPECT_EQ(getscannerprofile(1), 0);
-  EXPECT_EQ(names(1), "MASTER/SLAVE");
-  EXPECT_EQ(displaygetsignal(1), 7);
+  EXPECT_EQ(identity(1), "MASTER/SLAVE 7");
   EXPECT_EQ(matrix_row(1, 2), (Bytes{0, 200, 200, 0, 0, 0}));
 }
 
 TEST_F(Profile, NamesOfSixteenCharactersAreIgnoredAndTheRestSendsNothing) {
   use_profile("[2]\nMasterName=abcdefghijklmnop\nSlaveName=ok\n");
   EXPECT_EQ(getscannerprofile(2), 1);  // both found, the long one not stored
-  EXPECT_EQ(names(2), "MASTER/ok");
+  EXPECT_EQ(identity(2), "MASTER/ok 2");
   setsendname(2, "fifteen chars!!");
   setreceivename(2, "sixteen chars!!!");
   setsendname(2, nullptr);
-  EXPECT_EQ(names(2), "fifteen chars!!/ok");
+  EXPECT_EQ(identity(2), "fifteen chars!!/ok 2");
   // The last error, the debug switch and the adapter dump send nothing; print is passed on.
   EXPECT_EQ(getlasterror(1), 0);
   setnetworkdebug(1, 1);
@@ -131,7 +129,7 @@ TEST_F(Profile, FilesReadAsWindowsReadsThem) {
     int signal;
   };
   const std::string bom = "\xEF\xBB\xBF";
-  const std::vector<Row> rows = {
+  std::vector<Row> rows = {
       // Case, blanks, comments, quotes; the first section and first key win;
       // a comment after a value is part of it.
       {"; c\n  [ 1 ]  \n masterNAME = \"Quoted Name\" \n; SlaveName=x\nSLAVENAME='LAS 2'\nSlaveName=B\n"
@@ -150,23 +148,17 @@ TEST_F(Profile, FilesReadAsWindowsReadsThem) {
       {"[1\0x]\nSignal=4\nMaster\0Name=A\nMasterName\0x=B\nSlaveName=C\0D"s, "B/C", 4},  // NUL ends names
       {"[1 \0]\nSignal=4"s, "MASTER/SLAVE", 2},
       {"[1]\n;" + std::string(3000, 'c') + "\nSignal=" + std::string(2100, ' ') + "11", "MASTER/SLAVE", 11},
-      {"[1]\nSignal=0x10", "MASTER/SLAVE", 16},
-      {"[1]\nSignal=-0o17", "MASTER/SLAVE", 241},
-      {"[1]\nSignal=0b11", "MASTER/SLAVE", 3},
-      {"[1]\nSignal=0X10", "MASTER/SLAVE", 0},
-      {"[1]\nSignal=\x01\x0B" "7", "MASTER/SLAVE", 7},
-      {"[1]\nSignal=\" \"", "MASTER/SLAVE", 0},
-      {"[1]\nSignal=\"\"", "MASTER/SLAVE", 2},
-      // Only 29 characters count; 29 between quotes lose the last one.
-      {"[1]\nSignal=" + std::string(29, '0') + "5", "MASTER/SLAVE", 0},
-      {"[1]\nSignal=\"" + std::string(28, '0') + "5\"", "MASTER/SLAVE", 0},
-      {"[1]\nSignal=\"" + std::string(27, '0') + "5\"", "MASTER/SLAVE", 5},
   };
+  // Signal values alone. Only 29 characters count; 29 between quotes lose the last one.
+  const std::string zeros(27, '0');
+  const std::pair<std::string, int> signals[] = {
+      {"0x10", 16}, {"-0o17", 241}, {"0b11", 3}, {"0X10", 0}, {"\x01\x0B" "7", 7}, {"\" \"", 0}, {"\"\"", 2},
+      {zeros + "005", 0}, {"\"0" + zeros + "5\"", 0}, {"\"" + zeros + "5\"", 5}};
+  for (const auto& [value, signal] : signals) rows.push_back({"[1]\nSignal=" + value, "MASTER/SLAVE", signal});
   for (const Row& row : rows) {
     SCOPED_TRACE(::testing::PrintToString(row.text.substr(0, 60)));
     use_profile(row.text);
     getscannerprofile(1);
-    EXPECT_EQ(names(1), row.names);
-    EXPECT_EQ(displaygetsignal(1), row.signal);
+    EXPECT_EQ(identity(1), row.names + " " + std::to_string(row.signal));
   }
 }

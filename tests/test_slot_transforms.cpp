@@ -98,12 +98,11 @@ TEST_F(KalvorTest, SlotCountGrowsOnlyForWrittenSlots) {
 TEST_F(KalvorTest, SlotPositionsTruncateTheSumAndSaturate) {
   displayinittrack(S);
   // The sign of the stored value decides which way the fraction goes.
-  displaypivotx(S, 0, 0, 5);
-  DisplayPivotX(S, 1, 1, 0, 0.3 / 65535);
-  EXPECT_EQ(displaygetpivotx(S, 0, 0), 5);
-  displaypivotx(S, 0, 0, -5);
-  DisplayPivotX(S, 1, 1, 0, 0.3 / 65535);
-  EXPECT_EQ(displaygetpivotx(S, 0, 0), -4);
+  for (auto [stored, after] : {std::pair{5, 5}, {-5, -4}}) {
+    displaypivotx(S, 0, 0, stored);
+    DisplayPivotX(S, 1, 1, 0, 0.3 / 65535);
+    EXPECT_EQ(displaygetpivotx(S, 0, 0), after) << stored;
+  }
   // Beyond the 32-bit range the sum saturates; NaN converts to 0.
   displayprey(S, 0, 0, INT32_MAX);
   DisplayPreMoveY(S, 1, 1, 0, 1.0);

@@ -41,13 +41,11 @@ TEST_F(KalvorTest, HierarchyComposesSlotsFromTheTrackBeforeTheCall) {
   // Slot 2's parent is 1, slot 1's is 0; slot 3 names slot 9, which ends its chain.
   h[1] = 0, h[2] = 1, h[3] = 9;
   displayhierarchy(S, 0, h);
-  EXPECT_EQ(displaygetpivotx(S, 0, 0), 10);
-  EXPECT_EQ(displaygetpivotx(S, 0, 1), 20 + 10);
-  EXPECT_EQ(displaygetpivotx(S, 0, 2), 30 + 20 + 10);  // slot 1 as it was before the call
-  EXPECT_EQ(displaygetpivotx(S, 0, 3), 0);
-  EXPECT_EQ(displaygetangx(S, 0, 2), 3.0 + 2.0 + 1.0);
-  EXPECT_EQ(displaygetscalex(S, 0, 2), 4.0 * 3.0 * 2.0);
-  EXPECT_EQ(displaygetprez(S, 0, 1), static_cast<int32_t>(0xFFFFFFFEu));  // 32-bit wrap
+  // Slot 2 adds slot 1 as it was before the call; the z pre-move wraps in 32 bits.
+  EXPECT_EQ((std::vector<double>{double(displaygetpivotx(S, 0, 0)), double(displaygetpivotx(S, 0, 1)),
+                                 double(displaygetpivotx(S, 0, 2)), double(displaygetpivotx(S, 0, 3)),
+                                 displaygetangx(S, 0, 2), displaygetscalex(S, 0, 2), double(displaygetprez(S, 0, 1))}),
+            (std::vector<double>{10, 20 + 10, 30 + 20 + 10, 0, 3.0 + 2.0 + 1.0, 4.0 * 3.0 * 2.0, -2}));
   displayframe(S, 0, 1);
   EXPECT_EQ(uploaded_tracks(1)[0][497], 3);  // slot count unchanged
 

@@ -100,10 +100,9 @@ TEST_F(KalvorTest, TrackGeometryArithmetic) {
   EXPECT_TRUE(std::isnan(le<double>(t, 312)));
 
   displaysize(S, 5, 2.5, -1.0);
-  EXPECT_EQ(displaygetsizex(S, 5), 2.5);
-  EXPECT_EQ(displaygetsizey(S, 5), -1.0);
-  EXPECT_EQ(displaygetsizex(S, 32), 0.0);
-  EXPECT_EQ(displaygetsizey(21, 5), 0.0);
+  EXPECT_EQ((std::vector<double>{displaygetsizex(S, 5), displaygetsizey(S, 5), displaygetsizex(S, 32),
+                                 displaygetsizey(21, 5)}),
+            (std::vector<double>{2.5, -1.0, 0.0, 0.0}));
   displaysizex(S, 32, 9.0);
   displaysetflag(21, 0, 1);
   EXPECT_EQ(uploaded_tracks(1)[0], t);

@@ -38,18 +38,17 @@ TEST_F(KalvorTest, UploadSendsEveryTrackUpToTheHighestActiveWithItsSlotsInUse) {
   displayframe(1, 5, 9);
   displayupdate(1);
   Bytes sent = rec.at(0).bytes;
-  EXPECT_EQ(sent.size(), 3u + 6 * 582);
-  EXPECT_EQ(le<uint16_t>(sent, 1), 6);
-  EXPECT_EQ(le<uint16_t>(upload_track(sent, 5), 322), 9);
+  // Six tracks of one slot each; track 5 shows picture 9.
+  EXPECT_EQ((std::vector<size_t>{sent.size(), le<uint16_t>(sent, 1), le<uint16_t>(upload_track(sent, 5), 322)}),
+            (std::vector<size_t>{3 + 6 * 582, 6, 9}));
 
   displayangx(1, 2, 2, 1.0);  // track 2 sends 3 slots
   displayangx(1, 4, 7, 1.0);  // track 4 all 8
   rec.clear();
   displayupdate(1);
   sent = rec.at(0).bytes;
-  EXPECT_EQ(sent.size(), 3u + 4 * 582 + 750 + 1170);
-  EXPECT_EQ(upload_track(sent, 2).size(), 750u);
-  EXPECT_EQ(upload_track(sent, 4).size(), 1170u);
+  EXPECT_EQ((std::vector<size_t>{sent.size(), upload_track(sent, 2).size(), upload_track(sent, 4).size()}),
+            (std::vector<size_t>{3 + 4 * 582 + 750 + 1170, 750, 1170}));
   // A track made active without initialisation sends no slots.
   displayframe(2, 0, 1);
   rec.clear();

@@ -30,7 +30,6 @@ template <typename T>
 Bytes raw(T v) { return le_bytes(v); }
 template <typename... T>
 Bytes b(T... v) { return concat({raw(v)...}); }
-inline Bytes u16(uint16_t v) { return le_bytes(v); }
 
 struct Row {
   std::string call;

@@ -31,7 +31,7 @@ struct recording {
 };
 
 /* Binds the recorder's entries; 0 when the loaded LASER.DLL does not record. */
-static int recording_open(struct recording* r) {
+static inline int recording_open(struct recording* r) {
   void* m = RECORDING_OPEN();
   if (!m) return 0;
   r->count = (int (*)(void))RECORDING_FIND(m, "recorder_count");
@@ -48,8 +48,8 @@ static int recording_open(struct recording* r) {
 /* 1 when command `index` went to `scanner` with exactly these bytes and, as
  * `reply` says, with or without an answer area; otherwise prints the
  * difference and returns 0. */
-static int recording_expect(const struct recording* r, int index, uint32_t scanner,
-                            const uint8_t* bytes, uint32_t length, int reply) {
+static inline int recording_expect(const struct recording* r, int index, uint32_t scanner,
+                                   const uint8_t* bytes, uint32_t length, int reply) {
   if (index >= r->count()) {
     printf("command %d: not sent (%d commands)\n", index, r->count());
     return 0;

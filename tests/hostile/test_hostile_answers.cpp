@@ -28,8 +28,7 @@ Bytes huge_picture() {
     reply[5 + 11 * p + 6] = 0x80;  // status: drawn
     reply[5 + 11 * p + 7] = 0x0F;  // repeat 15
   }
-  reply[3] = 0xFF;
-  reply[4] = 0xFF;
+  reply[3] = reply[4] = 0xFF;
   return reply;
 }
 
@@ -115,10 +114,7 @@ TEST_F(HostileAnswers, PictureCountsBeyondTheReplyAreaAreLimited) {
 TEST_F(HostileAnswers, PreviewCountsBeyondTheAreasReadOnlyTheAreas) {
   // Answers whose count says 65,535, with a recognisable last point.
   Bytes preview(kPreviewArea, 0x11), full(kFullPreviewArea, 0x22);
-  for (Bytes* area : {&preview, &full}) {
-    (*area)[0] = 0xFF;
-    (*area)[1] = 0xFF;
-  }
+  preview[0] = preview[1] = full[0] = full[1] = 0xFF;
   for (uint8_t opcode : {0x01, 0x06, 0x2F, 0x33}) rec.set_reply(opcode, preview);
   for (uint8_t opcode : {0x7B, 0x7E}) rec.set_reply(opcode, full);
 
@@ -129,9 +125,8 @@ TEST_F(HostileAnswers, PreviewCountsBeyondTheAreasReadOnlyTheAreas) {
   SetVistrel(kScanner, 0);
   uint16_t count = 0;
   uint32_t value = 0;
-  displayupdatepreviewbuffer(kScanner, &count, &value);
-  displayupdatefullpreviewbuffer(kScanner, &count, &value);
-  displayupdatevistrelbuffer(kScanner, &count, &value);
+  for (auto refresh : {displayupdatepreviewbuffer, displayupdatefullpreviewbuffer, displayupdatevistrelbuffer})
+    refresh(kScanner, &count, &value);
   displaydirect(kScanner, 1, 2, 3);
 
   // The count is reported as received; points are served up to the areas' end.

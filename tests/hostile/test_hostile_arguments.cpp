@@ -257,10 +257,8 @@ Bytes observe(Recorder& rec, uint32_t s) {
   add_value(DisplayGetTimeToWait(s));
   for (uint8_t b = 0; b < 8; ++b)
     for (uint8_t i = 0; i < 64; ++i) {
-      uint8_t c[9] = {};
-      displaygetcolorbuffer(s, b, i, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5]);
-      displaygetcolorbufferrgb(s, b, i, &c[6], &c[7], &c[8]);
-      add(c, sizeof c);
+      const Bytes c = colour_entry(s, b, i);
+      add(c.data(), c.size());
     }
   for (uint8_t i = 0; i < 64; ++i) {
     uint8_t c[6] = {};
@@ -310,9 +308,8 @@ Bytes observe(Recorder& rec, uint32_t s) {
 Paths make_paths() {
   namespace fs = std::filesystem;
   Paths p;
-  std::string folder = temp_path("files");
+  const std::string folder = p.folder = temp_path("files");
   fs::create_directories(folder);
-  p.folder = folder;
   Bytes content(700);
   for (size_t i = 0; i < content.size(); ++i) content[i] = static_cast<uint8_t>(i * 13 + 1);
   for (const char* ext : {".cat", ".lds", ".ild", ".pal", ".rgb", ".pic", ".las", ".flx", ".CAT", ""}) {

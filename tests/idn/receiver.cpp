@@ -88,19 +88,13 @@ void Receiver::take(const uint8_t* d, size_t n, net::Address from) {
   uint8_t command = d[0];
   if (command == 0x10 || command == 0x12) {
     ++scans_;
+    static const uint8_t scan[40] = {40, 0x01, 0x01, 0, 7, 1, 0x02, 0x00, 0x5E, 0x10, 0x20, 0x30, 0, 0, 0, 0,
+                                     0,  0,    0,    0, 'k', 'a', 'l', 'v', 'o', 'r', '-', 't', 'e', 's', 't'};
+    static const uint8_t map[28] = {4, 24, 0, 1, 1, 0x80, 0x01, 0, 'L', 'a', 's', 'e', 'r', ' ', '1'};
+    const size_t size = command == 0x10 ? sizeof scan : sizeof map;
     uint8_t answer[4 + 40] = {static_cast<uint8_t>(command + 1), d[1], d[2], d[3]};
-    size_t size = 4;
-    if (command == 0x10) {
-      const uint8_t body[40] = {40, 0x01, 0x01, 0, 7, 1, 0x02, 0x00, 0x5E, 0x10, 0x20, 0x30, 0, 0, 0, 0,
-                                0,  0,    0,    0, 'k', 'a', 'l', 'v', 'o', 'r', '-', 't', 'e', 's', 't'};
-      std::memcpy(answer + 4, body, sizeof body);
-      size += sizeof body;
-    } else {
-      const uint8_t body[28] = {4, 24, 0, 1, 1, 0x80, 0x01, 0, 'L', 'a', 's', 'e', 'r', ' ', '1'};
-      std::memcpy(answer + 4, body, sizeof body);
-      size += sizeof body;
-    }
-    net::send_datagram_to(socket_, answer, size, from);
+    std::memcpy(answer + 4, command == 0x10 ? scan : map, size);
+    net::send_datagram_to(socket_, answer, 4 + size, from);
     return;
   }
   if (command != 0x40 && command != 0x44) return bad("unexpected command %u", unsigned{command});

@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "pictures_support.h"
 #include "receiver.h"
 #include "support/harness.h"
 #include "transports/common/transport_config.h"
@@ -85,27 +86,23 @@ TEST(IdnDevices, AnswersThatLieAboutTheirSizeAreCountedAndIgnored) {
 // `kalvor play --output idn:` streams each picture of a file as one frame:
 // the file's own coordinates (Y up, as in the file) and colours.
 TEST(IdnDevices, PlayStreamsEveryPictureOfAFile) {
-  auto be16 = [](std::string& out, int v) { out += char((v >> 8) & 255), out += char(v & 255); };
-  std::string file;
+  kt::Bytes file;
   std::vector<std::vector<idntest::Sample>> pictures(2);
   for (int f = 0; f <= 2; ++f) {  // two frames of 24 true-colour 2-D points, then the closing header
     int n = f < 2 ? 24 : 0;
-    file += std::string("ILDA\0\0\0\5", 8) + std::string(16, ' ');
-    be16(file, n), be16(file, f), be16(file, 2), file += std::string(2, '\0');
+    kt::Bytes head = kt::head(kt::ilda_header(5, uint16_t(n)), 26);  // then frame f of 2
+    file = kt::concat({file, head, kt::be16(uint16_t(f)), kt::be16(2), {0, 0}});
     for (int k = 0; k < n; ++k) {  // a dark first point: no travel point before it
       int x = 1000 * k - 12000, y = 500 * k - 300 * f;
       uint8_t r = static_cast<uint8_t>(10 * k + 5), g = static_cast<uint8_t>(100 * f), b = 7;
-      be16(file, x), be16(file, y), file += char(k == 0 ? 0x40 : k == n - 1 ? 0x80 : 0), file += char(b),
-          file += char(g), file += char(r);
+      const uint8_t status = k == 0 ? 0x40 : k == n - 1 ? 0x80 : 0;
+      file = kt::concat({file, kt::be16(uint16_t(x)), kt::be16(uint16_t(y)), {status, b, g, r}});
       pictures[f].push_back(k == 0 ? idntest::Sample{int16_t(x), int16_t(y), 0, 0, 0, 0}
                                    : idntest::Sample{int16_t(x), int16_t(y), r, g, b, 255});
     }
   }
   std::string path = kt::temp_path("play-idn.ild");
-  std::FILE* out = std::fopen(path.c_str(), "wb");
-  ASSERT_TRUE(out);
-  std::fwrite(file.data(), 1, file.size(), out);
-  std::fclose(out);
+  kt::write_file(path, file);
 
   idntest::Receiver rx;
   int status = -1;

@@ -36,18 +36,15 @@ std::vector<kt::Point> picture(size_t count, size_t first) {
 // preview does not show repeats: the test knows them), padded to 20 with the
 // last sample.
 std::vector<Sample> engine_samples(uint32_t s, const std::vector<int>& repeats = {}) {
-  uint16_t count = 0;
-  uint32_t wait = 0;
-  displayupdatefullpreviewbuffer(s, &count, &wait);
+  displayupdatefullpreviewbuffer(s, nullptr, nullptr);
+  const std::vector<kt::Out> frame = kt::frame(s);
   std::vector<Sample> out;
-  for (uint16_t i = 0; i < count; ++i) {
-    int32_t x = 0, y = 0;
-    uint8_t status = 0, r = 0, g = 0, b = 0;
-    displaygetfullpreviewbuffervector(s, i, &x, &y, &status, &r, &g, &b);
-    bool dark = status & 0x40;
+  for (size_t i = 0; i < frame.size(); ++i) {
+    const kt::Out& p = frame[i];
+    bool dark = p.status & 0x40;
     for (int k = 0; k <= (i < repeats.size() ? repeats[i] : 0); ++k)
-      out.push_back(Sample{hold(x), hold(-1 - int64_t{y}), uint8_t(dark ? 0 : r), uint8_t(dark ? 0 : g),
-                           uint8_t(dark ? 0 : b), uint8_t(dark ? 0 : 255)});
+      out.push_back(Sample{hold(p.x), hold(-1 - int64_t{p.y}), uint8_t(dark ? 0 : p.r), uint8_t(dark ? 0 : p.g),
+                           uint8_t(dark ? 0 : p.b), uint8_t(dark ? 0 : 255)});
   }
   if (out.empty()) out.push_back(Sample{0, 0, 0, 0, 0, 0});
   while (out.size() < 20) out.push_back(out.back());

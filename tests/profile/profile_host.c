@@ -16,15 +16,11 @@
 
 #include "kalvor/kalvor.h"
 
+#include "../consumers/recording.h"
+
 #if defined(_WIN32)
-#include <windows.h>
-static void* open_transport(void) { return (void*)LoadLibraryA("LASER.DLL"); }
-static void* entry(void* module, const char* name) { return (void*)GetProcAddress((HMODULE)module, name); }
 static void use_profile(const char* path) { _putenv_s("KALVOR_PROFILE", path); }
 #else
-#include <dlfcn.h>
-static void* open_transport(void) { return dlopen("LASER.DLL", RTLD_NOW | RTLD_LOCAL); }
-static void* entry(void* module, const char* name) { return dlsym(module, name); }
 static void use_profile(const char* path) { setenv("KALVOR_PROFILE", path, 1); }
 #endif
 
@@ -55,14 +51,12 @@ int main(int argc, char** argv) {
     use_profile(path);
     DisplayExit();
     DisplayInit();
-    void* transport = open_transport(); /* the module kalvor bound */
-    void (*set_reply)(uint8_t, const uint8_t*, uint32_t) =
-        (void (*)(uint8_t, const uint8_t*, uint32_t))entry(transport, "recorder_set_reply");
-    if (!set_reply) {
+    struct recording r; /* the module kalvor bound */
+    if (!recording_open(&r)) {
       fprintf(stderr, "profile_host: the recording LASER.DLL was not found\n");
       return 1;
     }
-    set_reply(0x06, answer, sizeof answer);
+    r.set_reply(0x06, answer, sizeof answer);
     for (uint32_t scanner = 1; scanner <= 20; ++scanner) {
       char send[16], receive[16];
       int found = getscannerprofile(scanner);

@@ -6,24 +6,14 @@
 #include <iterator>
 #include <random>
 
-#if defined(_WIN32)
-#include <windows.h>
-static void* open_module() { return reinterpret_cast<void*>(LoadLibraryA("LASER.DLL")); }
-static void* find(void* module, const char* name) {
-  return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(module), name));
-}
-#else
-#include <dlfcn.h>
-static void* open_module() { return dlopen("LASER.DLL", RTLD_NOW | RTLD_LOCAL); }
-static void* find(void* module, const char* name) { return dlsym(module, name); }
-#endif
+#include "consumers/recording.h"
 
 namespace kt {
 
 Recorder::Recorder() {
-  void* module = open_module();
+  void* module = RECORDING_OPEN();
   if (!module) return;
-#define RECORDER_BIND(ret, name, args) name##_ = reinterpret_cast<ret(*) args>(find(module, #name));
+#define RECORDER_BIND(ret, name, args) name##_ = reinterpret_cast<ret(*) args>(RECORDING_FIND(module, #name));
   RECORDER_FUNCTIONS(RECORDER_BIND)
 #undef RECORDER_BIND
   loaded_ = recorder_count_ != nullptr;
@@ -83,6 +73,13 @@ Bytes concat(std::initializer_list<Bytes> parts) {
   Bytes out;
   for (const Bytes& p : parts) out.insert(out.end(), p.begin(), p.end());
   return out;
+}
+
+Bytes colour_entry(uint32_t s, uint8_t buffer, uint8_t index) {
+  uint8_t c[9] = {};
+  displaygetcolorbuffer(s, buffer, index, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5]);
+  displaygetcolorbufferrgb(s, buffer, index, &c[6], &c[7], &c[8]);
+  return Bytes(c, c + 9);
 }
 
 Bytes upload_track(const Bytes& upload, int t) {

@@ -60,10 +60,9 @@ class KalvorTest : public ::testing::Test {
 // Little-endian views for assertions.
 template <typename T>
 T le(const Bytes& b, size_t offset) {
-  T v;
+  T v{};
   EXPECT_LE(offset + sizeof(T), b.size());
-  if (offset + sizeof(T) > b.size()) return T{};
-  std::memcpy(&v, b.data() + offset, sizeof v);
+  if (offset + sizeof(T) <= b.size()) std::memcpy(&v, b.data() + offset, sizeof v);
   return v;
 }
 template <typename T>
@@ -72,7 +71,11 @@ Bytes le_bytes(T v) {
   std::memcpy(b.data(), &v, sizeof v);
   return b;
 }
+inline Bytes u16(uint16_t v) { return le_bytes(v); }
 Bytes concat(std::initializer_list<Bytes> parts);
+
+// Entry `index` of colour buffer `buffer` of scanner s: the six channels, then r, g, b.
+Bytes colour_entry(uint32_t s, uint8_t buffer, uint8_t index);
 
 // The bytes of track `t` inside a track upload command.
 Bytes upload_track(const Bytes& upload, int t);

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "kalvor/kalvor.h"
+#include "support/harness.h"
+#include "transports/virtual/virtual_scanner.h"
 
 namespace kt {
 
@@ -24,6 +26,32 @@ inline void upload(uint32_t s, uint16_t number, const std::vector<Point>& points
   }
   displaysetpic(s, number, static_cast<uint16_t>(points.size()));
 }
+
+// A frame point as the host reads it from the full preview.
+struct Out {
+  int32_t x, y;
+  uint8_t status, r, g, b;
+  bool operator==(const Out&) const = default;
+};
+
+// The frame the last full-preview refresh or upload answered with.
+inline std::vector<Out> frame(uint32_t s) {
+  uint16_t count = 0;
+  displaygetfullpreviewbuffercnt(s, &count);
+  std::vector<Out> out(count);
+  for (uint16_t i = 0; i < count; ++i) displaygetfullpreviewbuffervector(s, i, &out[i].x, &out[i].y, &out[i].status,
+                                                                       &out[i].r, &out[i].g, &out[i].b);
+  return out;
+}
+
+// Every test also starts with the virtual scanner's memory and state reset.
+class VirtualTest : public KalvorTest {
+ protected:
+  void SetUp() override {
+    KalvorTest::SetUp();
+    virtual_scanner_reset();
+  }
+};
 
 // Reads a picture back with the picture query.
 inline std::vector<Point> read_back(uint32_t s, uint16_t number) {

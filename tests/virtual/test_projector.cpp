@@ -8,30 +8,12 @@
 #include <vector>
 
 #include "points.h"
-#include "support/harness.h"
-#include "transports/virtual/virtual_scanner.h"
 
 using namespace kt;
 
 namespace {
 
 constexpr uint8_t kDrawn = 0x80, kDark = 0xC0;
-
-// A frame point as the host reads it.
-struct Out {
-  int32_t x, y;
-  uint8_t status, r, g, b;
-  bool operator==(const Out&) const = default;
-};
-
-std::vector<Out> frame(uint32_t s) {
-  uint16_t count = 0;
-  displaygetfullpreviewbuffercnt(s, &count);
-  std::vector<Out> out(count);
-  for (uint16_t i = 0; i < count; ++i) displaygetfullpreviewbuffervector(s, i, &out[i].x, &out[i].y, &out[i].status,
-                                                                       &out[i].r, &out[i].g, &out[i].b);
-  return out;
-}
 
 // Picture 1 on track 0 of scanner s, every field at its initial value.
 void show(uint32_t s, const std::vector<Point>& picture) {
@@ -65,13 +47,7 @@ Point lit(int16_t x, int16_t y, uint8_t r, uint8_t g, uint8_t b, int16_t z = 0, 
 
 }  // namespace
 
-class Projector : public KalvorTest {
- protected:
-  void SetUp() override {
-    KalvorTest::SetUp();
-    virtual_scanner_reset();
-  }
-};
+class Projector : public VirtualTest {};
 
 TEST_F(Projector, DefaultsGiveThePictureBackWithTravelOnlyBeforeADrawnStart) {
   const std::vector<Point> picture = {lit(-32768, 32767, 1, 2, 3, 5, kDark), lit(300, -400, 255, 0, 10),

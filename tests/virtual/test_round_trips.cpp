@@ -4,7 +4,6 @@
 
 #include "pictures_support.h"
 #include "points.h"
-#include "transports/virtual/virtual_scanner.h"
 
 using namespace kt;
 
@@ -17,13 +16,7 @@ Bytes point4(int16_t x, int16_t y, int16_t z, uint8_t status, uint8_t red, uint8
 
 }  // namespace
 
-class RoundTrip : public KalvorTest {
- protected:
-  void SetUp() override {
-    KalvorTest::SetUp();
-    virtual_scanner_reset();
-  }
-};
+class RoundTrip : public VirtualTest {};
 
 TEST_F(RoundTrip, IldaThroughCatalogueShowAndPictureFileKeepsWhatEachFormatHolds) {
   std::string path = temp_path("in.ild");

@@ -5,8 +5,6 @@
 #include <vector>
 
 #include "points.h"
-#include "support/harness.h"
-#include "transports/virtual/virtual_scanner.h"
 
 using namespace kt;
 
@@ -21,13 +19,7 @@ using Values = std::vector<double>;
 
 }  // namespace
 
-class VirtualScanner : public KalvorTest {
- protected:
-  void SetUp() override {
-    KalvorTest::SetUp();
-    virtual_scanner_reset();
-  }
-};
+class VirtualScanner : public VirtualTest {};
 
 TEST_F(VirtualScanner, PictureMemoryStoresAnswersCountsAndClears) {
   upload(1, 5, kSquare);
@@ -35,17 +27,16 @@ TEST_F(VirtualScanner, PictureMemoryStoresAnswersCountsAndClears) {
   upload(2, 3, kDot);  // another scanner's memory is separate
   EXPECT_EQ(read_back(1, 5), kSquare);
   EXPECT_EQ(read_back(1, 9), kDot);
-  EXPECT_EQ(displaygetpic(1, 7), 0);
-  EXPECT_EQ(GetMaxPic(1), 10);  // highest stored number + 1
-  EXPECT_EQ(GetMaxPic(2), 4);
-  EXPECT_EQ(virtual_scanner_pictures(1), 2u);
+  // No picture 7; the highest stored number + 1 on each scanner; two pictures stored.
+  EXPECT_EQ((Values{double(displaygetpic(1, 7)), double(GetMaxPic(1)), double(GetMaxPic(2)),
+                    double(virtual_scanner_pictures(1))}),
+            (Values{0, 10, 4, 2}));
 
   displaysetpic(1, 9, 0);  // an empty picture is no picture
-  EXPECT_EQ(GetMaxPic(1), 6);
+  Values after{double(GetMaxPic(1))};
   clearpicmem(1);
-  EXPECT_EQ(GetMaxPic(1), 0);
-  EXPECT_EQ(displaygetpic(1, 5), 0);
-  EXPECT_EQ(GetMaxPic(2), 4);
+  after.insert(after.end(), {double(GetMaxPic(1)), double(displaygetpic(1, 5)), double(GetMaxPic(2))});
+  EXPECT_EQ(after, (Values{6, 0, 0, 4}));
 }
 
 TEST_F(VirtualScanner, PreviewsShowTheActiveTracksDirectPointsOrNothing) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "platform/platform.h"
 
@@ -17,13 +18,10 @@ p::PathParts split(const char* path) {
   return parts;
 }
 
-void expect_parts(const char* path, const char* drive, const char* folder, const char* name,
-                  const char* extension) {
+// Drive, folder, name and extension of a path.
+std::vector<std::string> parts_of(const char* path) {
   p::PathParts parts = split(path);
-  EXPECT_STREQ(parts.drive, drive) << path;
-  EXPECT_STREQ(parts.folder, folder) << path;
-  EXPECT_STREQ(parts.name, name) << path;
-  EXPECT_STREQ(parts.extension, extension) << path;
+  return {parts.drive, parts.folder, parts.name, parts.extension};
 }
 
 std::string temp(const char* name) { return ::testing::TempDir() + "kalvor_win32_" + name; }
@@ -38,13 +36,14 @@ void write_text(const std::string& path, const std::string& text) {
 }  // namespace
 
 TEST(Win32Platform, SplitPathTakesDriveLettersAndBothSeparators) {
-  expect_parts("C:\\shows\\laser.show.ild", "C:", "\\shows\\", "laser.show", ".ild");
-  expect_parts("d:name.pal", "d:", "", "name", ".pal");
-  expect_parts("dir.d/sub\\file", "", "dir.d/sub\\", "file", "");
-  expect_parts("\\\\server\\share\\x.cat", "", "\\\\server\\share\\", "x", ".cat");
-  expect_parts(".pic", "", "", "", ".pic");
-  expect_parts("", "", "", "", "");
-  expect_parts(nullptr, "", "", "", "");
+  using Parts = std::vector<std::string>;
+  EXPECT_EQ(parts_of("C:\\shows\\laser.show.ild"), (Parts{"C:", "\\shows\\", "laser.show", ".ild"}));
+  EXPECT_EQ(parts_of("d:name.pal"), (Parts{"d:", "", "name", ".pal"}));
+  EXPECT_EQ(parts_of("dir.d/sub\\file"), (Parts{"", "dir.d/sub\\", "file", ""}));
+  EXPECT_EQ(parts_of("\\\\server\\share\\x.cat"), (Parts{"", "\\\\server\\share\\", "x", ".cat"}));
+  EXPECT_EQ(parts_of(".pic"), (Parts{"", "", "", ".pic"}));
+  EXPECT_EQ(parts_of(""), Parts(4, ""));
+  EXPECT_EQ(parts_of(nullptr), Parts(4, ""));
   std::string long_folder = "C:\\" + std::string(3000, 'f') + "\\n.ild";
   p::PathParts parts = split(long_folder.c_str());
   EXPECT_EQ(std::string(parts.folder).size(), sizeof parts.folder - 1);  // cut, never overrun
