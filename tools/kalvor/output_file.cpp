@@ -7,26 +7,11 @@
 #include <fstream>
 
 #include "pictures.h"
-
-#if defined(_WIN32)
-#include <fcntl.h>
-#include <io.h>
-#include <process.h>
-#define getpid _getpid
-#else
-#include <unistd.h>
-#endif
+#include "transport.h"
 
 namespace cli {
 
 namespace fs = std::filesystem;
-
-std::FILE* binary(std::FILE* stream) {
-#if defined(_WIN32)
-  _setmode(_fileno(stream), _O_BINARY);  // no line-end translation of pictures
-#endif
-  return stream;
-}
 
 std::string reason(int error) { return error ? std::strerror(error) : "the write did not complete"; }
 
@@ -35,7 +20,7 @@ std::string scratch_path(const std::string& near, const std::string& extension) 
   fs::path folder = near == "-" ? fs::temp_directory_path() : fs::path(near).parent_path();
   std::string stem = near == "-" ? "kalvor" : fs::path(near).filename().string();
   for (;;) {
-    fs::path p = folder / ("." + stem + ".kalvor-" + std::to_string(getpid()) + "-" + std::to_string(counter++) +
+    fs::path p = folder / ("." + stem + ".kalvor-" + std::to_string(process_id()) + "-" + std::to_string(counter++) +
                            extension);
     std::error_code ignored;
     if (!fs::exists(p, ignored)) return p.string();

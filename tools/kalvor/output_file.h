@@ -37,9 +37,6 @@ class OutputFile {
 // file themselves.
 std::string scratch_path(const std::string& near, const std::string& extension);
 
-// Switches a standard stream to binary (on Windows; elsewhere they are).
-std::FILE* binary(std::FILE* stream);
-
 // The system's reason for an error number, in words.
 std::string reason(int error);
 

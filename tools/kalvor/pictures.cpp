@@ -18,6 +18,7 @@
 #include "kalvor/kalvor.h"
 #include "output_file.h"
 #include "pictures/read_report.h"
+#include "transport.h"
 
 namespace cli {
 namespace {

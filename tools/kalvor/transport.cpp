@@ -1,4 +1,5 @@
-// The one file of the tool that talks to the operating system's loader.
+// The one file of the tool that talks to the operating system: its loader,
+// environment, terminal, process and standard streams.
 #include "transport.h"
 
 #include <cstdlib>
@@ -6,6 +7,7 @@
 #include <vector>
 
 #if defined(_WIN32)
+#include <fcntl.h>
 #include <io.h>
 #include <process.h>
 #include <windows.h>
@@ -83,6 +85,13 @@ unsigned long process_id() {
 #else
   return static_cast<unsigned long>(getpid());
 #endif
+}
+
+std::FILE* binary(std::FILE* stream) {
+#if defined(_WIN32)
+  _setmode(_fileno(stream), _O_BINARY);  // no line-end translation of pictures
+#endif
+  return stream;
 }
 
 }  // namespace cli

@@ -2,6 +2,7 @@
 // things the tool asks of the operating system.
 #pragma once
 
+#include <cstdio>
 #include <string>
 
 namespace cli {
@@ -23,6 +24,9 @@ bool stdout_is_terminal();
 
 // This process's id, to name its temporary files.
 unsigned long process_id();
+
+// Switches a standard stream to binary (on Windows; elsewhere they are).
+std::FILE* binary(std::FILE* stream);
 
 // The virtual scanner, which every command but play uses.
 inline bool load_virtual_scanner(std::string& tried) { return load_transport("virtual", tried); }
