@@ -23,6 +23,8 @@ inline constexpr Socket kNoSocket = -1;
 bool startup();
 // Reads a dotted IPv4 address or looks a host name up (may wait for a name server).
 bool resolve(const char* host, Address* out);
+// True when text is a numeric IPv4 or IPv6 address (no name to look up).
+bool is_ip_literal(const char* text);
 // "a.b.c.d" into out (at least 16 bytes).
 inline void format_ip(uint32_t ip, char* out) {
   std::snprintf(out, 16, "%u.%u.%u.%u", ip >> 24, (ip >> 16) & 255, (ip >> 8) & 255, ip & 255);

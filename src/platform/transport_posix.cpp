@@ -46,6 +46,11 @@ bool resolve(const char* host, Address* out) {
   return true;
 }
 
+bool is_ip_literal(const char* text) {
+  unsigned char address[16];
+  return inet_pton(AF_INET, text, address) == 1 || inet_pton(AF_INET6, text, address) == 1;
+}
+
 Socket open_udp(Address local, bool broadcast) {
   int s = socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
   if (s < 0) return kNoSocket;

@@ -47,6 +47,11 @@ bool resolve(const char* host, Address* out) {
   return true;
 }
 
+bool is_ip_literal(const char* text) {
+  unsigned char address[16];
+  return inet_pton(AF_INET, text, address) == 1 || inet_pton(AF_INET6, text, address) == 1;
+}
+
 Socket open_udp(Address local, bool broadcast) {
   if (!startup()) return kNoSocket;
   SOCKET s = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);

@@ -4,7 +4,6 @@
 // own, so that a browser that reads slowly, or never, holds up only itself.
 #include "server.h"
 
-#include <arpa/inet.h>
 #include <civetweb.h>
 
 #include <algorithm>
@@ -19,6 +18,7 @@
 #include <vector>
 
 #include "page_files.h"
+#include "platform/transport_platform.h"
 
 namespace kalvor::preview {
 namespace {
@@ -245,9 +245,7 @@ bool host_allowed(const char* host, uint32_t port) {
   // The name is what a rebinding attack controls; a port, when given, must be ours.
   if (!port_text.empty() && port_text != expected) return false;
   std::string n(name);
-  unsigned char address[16];
-  return equal_nocase(n, "localhost") || inet_pton(AF_INET, n.c_str(), address) == 1 ||
-         inet_pton(AF_INET6, n.c_str(), address) == 1;
+  return equal_nocase(n, "localhost") || kalvor::net::is_ip_literal(n.c_str());
 }
 
 bool origin_allowed(const char* origin, uint32_t port) {
