@@ -396,10 +396,24 @@ bool have_wide_instructions() {
 #endif
 }
 
+// The records of group x that equal the one after them (the last one's
+// follower is the first of group next). The masked form: GCC 12 warns about
+// the unmasked one's undefined source.
+__attribute__((target(KALVOR_AVX512))) inline __mmask8 repeats8(__m512i x, __m512i next) {
+  return _mm512_cmpeq_epi64_mask(x, _mm512_maskz_alignr_epi64(0xFF, next, x, 1));
+}
+
 // Where the first of the n 8-byte records at r may equal the one after it,
 // checked eight records against the eight after them at a time.
 __attribute__((target(KALVOR_AVX512))) uint32_t unrepeated8_wide(const uint8_t* r, uint32_t n) {
   uint32_t i = 0;
+  // Four groups a step, each group's followers shifted in from the next
+  // group's load: one load and one branch less per group.
+  for (; i + 40 <= n; i += 32) {
+    const uint8_t* g = r + 8 * i;
+    __m512i a = vec64(g), b = vec64(g + 64), c = vec64(g + 128), d = vec64(g + 192), e = vec64(g + 256);
+    if (repeats8(a, b) | repeats8(b, c) | repeats8(c, d) | repeats8(d, e)) break;
+  }
   for (; i + 9 <= n; i += 8)
     if (_mm512_cmpeq_epi64_mask(vec64(r + 8 * i), vec64(r + 8 * i + 8))) break;
   return i;
