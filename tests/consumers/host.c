@@ -1,12 +1,18 @@
 /*
- * A C host: one frame on scanner 1 through the recording transport. The
- * empty frame is the track upload header (opcode 0x01, no tracks) and the
- * preview refresh (0x7B); the scanner's answer to the upload carries the wait
- * value that displayupdate returns.
+ * A C host, and through host.cpp a C++ one: one frame on scanner 1 through
+ * the recording transport. The empty frame is the track upload header
+ * (opcode 0x01, no tracks) and the preview refresh (0x7B); the scanner's
+ * answer to the upload carries the wait value that displayupdate returns.
  */
 #include <kalvor/kalvor.h>
 
 #include "recording.h"
+
+#ifdef __cplusplus /* host.cpp */
+#define HOST "c++ host"
+#else
+#define HOST "c host"
+#endif
 
 int main(void) {
   struct recording rec;
@@ -34,6 +40,6 @@ int main(void) {
     printf("DisplayExit did not destroy the transport\n");
     ok = 0;
   }
-  printf("c host: %s\n", ok ? "ok" : "FAILED");
+  printf(HOST ": %s\n", ok ? "ok" : "FAILED");
   return ok ? 0 : 1;
 }
