@@ -6,9 +6,9 @@ using namespace kt;
 namespace {
 
 Bytes export_header(uint16_t records, uint16_t frame, uint16_t total) {
-  return concat({Bytes{'I', 'L', 'D', 'A', 0, 0, 0, 5, 'E', 'X', 'P', 'O', 'R', ' ', ' ', ' ', 'T', 'a', 'r', 'v',
-                       'e', 'l', 'i', 'n'},
-                 be16(records), be16(frame), be16(total), Bytes{0, 0}});
+  const std::string names = "EXPOR   Tarvelin";  // frame and company name
+  return concat({Bytes{'I', 'L', 'D', 'A', 0, 0, 0, 5}, Bytes(names.begin(), names.end()), be16(records), be16(frame),
+                 be16(total), Bytes{0, 0}});
 }
 
 }  // namespace
