@@ -17,10 +17,7 @@
 int main(void) {
   struct recording rec;
   DisplayInit();
-  if (!recording_open(&rec)) {
-    printf("LASER.DLL is not the recording transport\n");
-    return 1;
-  }
+  if (!recording_open(&rec, HOST)) return 1;
   const uint8_t answer[] = {0x00, 0x00, 0x04, 0x03, 0x02, 0x01}; /* 0 points, wait 0x01020304 */
   rec.set_reply(0x01, answer, sizeof answer);
 
