@@ -47,7 +47,7 @@ TEST_F(KalvorTest, CatalogueRecordTypesAndNumbering) {
   EXPECT_EQ(rec.count(), 2);
 }
 
-TEST_F(KalvorTest, DispatchByExtensionInAnyCase) {
+TEST_F(KalvorTest, LoadcatDispatchesByExtensionInAnyCaseAndLooksInTheCatalogueFolder) {
   Bytes ilda = concat({ilda_header(5, 1), be16(1), be16(1), Bytes{0, 1, 1, 1}});
   Bytes catalogue = concat({cat1(1, A), cat1(1, B), cat1(1, A)});
   std::string s = temp_path("s.LdS"), c = temp_path("c.CAT"), i = temp_path("i.Ild");
@@ -62,9 +62,8 @@ TEST_F(KalvorTest, DispatchByExtensionInAnyCase) {
   rec.clear();
   savecat(1, temp_path("x.pic").c_str());
   EXPECT_EQ(rec.count(), 0);
-}
 
-TEST_F(KalvorTest, MissingCatalogueIsLookedForInTheCatalogueFolder) {
+  // A missing catalogue is looked for in the catalogue folder.
   std::error_code error;
   bool created = std::filesystem::create_directory("/CAT", error);
   std::string name = "kalvor_test_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + ".cat";

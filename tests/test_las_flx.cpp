@@ -30,8 +30,8 @@ std::vector<Picture> load_flx(const Bytes& file, uint32_t start = 0) {
 
 }  // namespace
 
-TEST_F(KalvorTest, LasPointsAndCounts) {
-  // 12-bit coordinates centred on 2048, each point output twice.
+TEST_F(KalvorTest, LasAndFlxPointsAndNumbering) {
+  // LAS: 12-bit coordinates centred on 2048, each point output twice.
   auto pics = load_las(las(2, concat({las_picture(2, concat({las_point(0, 2048), las_point(4095, 4096 + 100, 3, 200)})),
                                       las_picture(1, las_point(2048, 2048, 0, 63))})));
   EXPECT_EQ(numbers(pics), (Numbers{{0, 2}, {1, 1}}));
@@ -41,13 +41,11 @@ TEST_F(KalvorTest, LasPointsAndCounts) {
   // A stored count of 65535 means no picture, and no point.
   EXPECT_EQ(load_las(las(0, las_picture(1, las_point(0, 0)))).size(), 0u);
   EXPECT_EQ(numbers(load_las(las(1, las_picture(0, {})), 65535)), (Numbers{{65535, 0}}));
-}
 
-TEST_F(KalvorTest, FlxPointsAndNumbering) {
-  // Unsigned coordinates centred on 32768; state 0 blanks, state 2 repeats twice.
-  auto pics = load_flx(flx(3, concat({flx(3, concat({flx_point(0, 65535, 0), flx_point(32768, 1, 2), flx_point(1, 0)})),
-                                      flx(0, {}), flx(1, flx_point(0, 0))})),
-                       10);
+  // FLX: unsigned coordinates centred on 32768; state 0 blanks, state 2 repeats twice.
+  pics = load_flx(flx(3, concat({flx(3, concat({flx_point(0, 65535, 0), flx_point(32768, 1, 2), flx_point(1, 0)})),
+                                 flx(0, {}), flx(1, flx_point(0, 0))})),
+                  10);
   EXPECT_EQ(numbers(pics), (Numbers{{10, 3}, {11, 0}, {12, 1}}));
   EXPECT_EQ(pics[0].points,
             concat({white(-32768, 32767, 0, 0xC0), white(0, -32767, 0, 0x80, 2), white(-32767, -32768)}));

@@ -20,7 +20,7 @@ std::vector<Picture> load(const Bytes& file) {
 
 }  // namespace
 
-TEST_F(KalvorTest, SavedPictureLoadsBackUnderAnotherNumber) {
+TEST_F(KalvorTest, PictureFilesLoadInBothLayoutsAndASavedOneUnderAnotherNumber) {
   rec.set_reply(0x04, picture_reply(concat({A, B})));
   std::string path = temp_path("two.pic");
   displaysavepic(1, path.c_str(), 5);
@@ -28,9 +28,8 @@ TEST_F(KalvorTest, SavedPictureLoadsBackUnderAnotherNumber) {
   EXPECT_EQ(read_file(path), concat({Bytes{4, 0, 0, 0, 0, 0, 0, 2, 0, 1, 0, 0, 0, 0}, A, B}));
   displayloadpic(1, path.c_str(), 9);
   EXPECT_EQ(rec.last().bytes, concat({Bytes{0x00, 9, 0, 2, 0}, A, B}));
-}
 
-TEST_F(KalvorTest, PictureFileSkipBytesAndOlderLayout) {
+  // Skip bytes between the header and the points.
   EXPECT_EQ(load(concat({pic_header(1024, 1, 0x10006), Bytes(0x10006, 0xEE), A})).at(0).points, A);
 
   // Older records: repeat x 2, status of the line leaving the point, x, y (mirrored), z; big-endian.

@@ -4,7 +4,7 @@
 
 using namespace kt;
 
-TEST_F(KalvorTest, PointSettersPackTheirFieldsAndSendTheCountedPoints) {
+TEST_F(KalvorTest, PicturePointsArePackedSentReadBackAndCounted) {
   displaysetpicstruct(1, 0, 1, 2, 3, 70, 3, 2, 17, 30, 4, 5, 6);       // each field masked to its width
   displaysetpoint(1, 65536 + 1, 0xFFFF8000u, 7, 8, 9, 1, 10, 11, 12);  // index and x taken on 16 bits
   DisplaySetPicPoint(1, 2, 0xFFFF, 0, 0, 0x3F, 0xF7, 1, 2, 3);
@@ -15,9 +15,8 @@ TEST_F(KalvorTest, PointSettersPackTheirFieldsAndSendTheCountedPoints) {
   displaysetpic(1, 9, 9000);  // more than the buffer holds: 8192 points
   EXPECT_EQ(rec.last().bytes.size(), 5u + 11u * 8192);
   EXPECT_EQ(le<uint16_t>(rec.last().bytes, 3), 8192);
-}
 
-TEST_F(KalvorTest, ReadBackUnpacksTheReply) {
+  // Read-back unpacks the reply into the same fields.
   rec.set_reply(0x04, picture_reply(concat({pt(5, -6, 7, 0xC9, 0x21, 1, 2, 3), pt(1, 1, 1, 0x3F, 0xF0, 9, 9, 9)})));
   EXPECT_EQ(displaygetpic(2, 0x0304), 2);
   EXPECT_EQ(rec.last().bytes, (Bytes{0x04, 0x04, 0x03}));
@@ -35,6 +34,7 @@ TEST_F(KalvorTest, ReadBackUnpacksTheReply) {
   displaygetpiccnt(2, &count);
   EXPECT_EQ(count, 2);
 
+  // Clearing and counting the picture memory.
   clearpicmem(3);
   EXPECT_EQ(rec.last().bytes, Bytes{0x21});
   EXPECT_EQ(GetMaxPic(3), 0);  // no answer

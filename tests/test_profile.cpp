@@ -67,18 +67,14 @@ TEST_F(Profile, WithoutAFileEverythingTakesItsDefault) {
   EXPECT_EQ(rec.count(), 3);  // only the three preview refreshes: the profile sends nothing
 }
 
-TEST_F(Profile, SectionSetsNamesSignalAndMatrix) {
-  use_profile("[3]\nMasterName=PC1\nSlaveName=LAS1\nSignal=260\nC3ToR=0.5\n");
-  EXPECT_EQ(getscannerprofile(3), 1);
-  EXPECT_EQ(identity(3), "PC1/LAS1 4");
-  EXPECT_EQ(matrix_row(3, 0), (Bytes{200, 0, 0, 100, 0, 0}));
-}
-
-TEST_F(Profile, WeightsAreDecimalTextAndOneNameIsNotEnough) {
+TEST_F(Profile, SectionSetsNamesSignalAndDecimalWeightsButOneNameIsNotEnough) {
   use_profile(
       "[1]\r\nMasterName=only master\r\nSignal=7\r\nC1ToB=1\r\n"
+      "[2]\nMasterName=PC1\nSlaveName=LAS1\nSignal=260\n"
       "[3]\nC0ToR = 2.5e-1\nc1tor=   +0.75xyz\nC2ToR=abc\nC3ToR=   -0.25\nC0ToG=\n"
       "[5]\nC0ToG=1e999\nC1ToB=.5\nC2ToB=--1\nC5ToB=0.5");
+  EXPECT_EQ(getscannerprofile(2), 1);
+  EXPECT_EQ(identity(2), "PC1/LAS1 4");
   getscannerprofile(3);
   // -0.25 x 200 = -50 keeps its low 8 bits; an empty value is 0.0, a missing key its default.
   EXPECT_EQ(matrix_row(3, 0), (Bytes{50, 150, 0, 206, 0, 0}));

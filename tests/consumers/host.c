@@ -1,20 +1,23 @@
 /*
- * A C host: one frame on scanner 1 through the recording transport. The
- * empty frame is the track upload header (opcode 0x01, no tracks) and the
- * preview refresh (0x7B); the scanner's answer to the upload carries the wait
- * value that displayupdate returns.
+ * A C host, and through host.cpp a C++ one: one frame on scanner 1 through
+ * the recording transport. The empty frame is the track upload header
+ * (opcode 0x01, no tracks) and the preview refresh (0x7B); the scanner's
+ * answer to the upload carries the wait value that displayupdate returns.
  */
 #include <kalvor/kalvor.h>
 
 #include "recording.h"
 
+#ifdef __cplusplus /* host.cpp */
+#define HOST "c++ host"
+#else
+#define HOST "c host"
+#endif
+
 int main(void) {
   struct recording rec;
   DisplayInit();
-  if (!recording_open(&rec)) {
-    printf("LASER.DLL is not the recording transport\n");
-    return 1;
-  }
+  if (!recording_open(&rec, HOST)) return 1;
   const uint8_t answer[] = {0x00, 0x00, 0x04, 0x03, 0x02, 0x01}; /* 0 points, wait 0x01020304 */
   rec.set_reply(0x01, answer, sizeof answer);
 
@@ -34,6 +37,6 @@ int main(void) {
     printf("DisplayExit did not destroy the transport\n");
     ok = 0;
   }
-  printf("c host: %s\n", ok ? "ok" : "FAILED");
+  printf(HOST ": %s\n", ok ? "ok" : "FAILED");
   return ok ? 0 : 1;
 }

@@ -52,10 +52,7 @@ int main(int argc, char** argv) {
     DisplayExit();
     DisplayInit();
     struct recording r; /* the module kalvor bound */
-    if (!recording_open(&r)) {
-      fprintf(stderr, "profile_host: the recording LASER.DLL was not found\n");
-      return 1;
-    }
+    if (!recording_open(&r, "profile_host")) return 1;
     r.set_reply(0x06, answer, sizeof answer);
     for (uint32_t scanner = 1; scanner <= 20; ++scanner) {
       char send[16], receive[16];

@@ -12,10 +12,7 @@
 int main(void) {
   DisplayInit();
   struct recording r; /* the module kalvor bound */
-  if (!recording_open(&r)) {
-    fprintf(stderr, "host_bytes: the recording LASER.DLL was not found\n");
-    return 1;
-  }
+  if (!recording_open(&r, "host_bytes")) return 1;
 
   /* Narrow integers and doubles among the arguments: where a calling
      convention or a structure layout differs, these bytes differ. */
