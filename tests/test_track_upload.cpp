@@ -61,13 +61,12 @@ TEST_F(KalvorTest, InitTrackWritesEveryDefaultAndKeepsUgcAndPrismMode) {
   for (auto f : {displayrgbcolor, displaycolorshift, displayintensity}) f(1, 0, 0.5);
   for (auto f : {DisplayRotR, DisplayRotG, DisplayRotB, DisplayHotSpot, DisplayCenterRecolorR, DisplayCenterRecolorG,
                  DisplayCenterRecolorB, DisplayHue, DisplaySaturation, DisplayLightness, DisplayRotateX, DisplayRotateY,
-                 DisplayRotateZ})
+                 DisplayRotateZ, DisplayPipeline})
     f(1, 1, 0, 0, 0.5);
   displaytrackugc(1, 1, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12);
   DisplayPrism(1, 1, 3, 2.0, 13);
   displaymorphing(1, 0, 15, 16, 0.5);
   displayflags(1, 0, 17);
-  displaypipeline(1, 0, 18);
   displayclip(1, 0, 23, 24, 25, 26, 27, 28);
   displaysize(1, 0, 29, 30);
   DisplayShiftXY(1, 1, 0, 0, 1, 1);
