@@ -65,7 +65,7 @@ TEST_F(KalvorTest, PaletteCommandCarriesTheBufferNotWhatSetpalWrote) {
   EXPECT_EQ(Bytes(c, c + 6), (Bytes{10, 11, 12, 13, 14, 15}));
 }
 
-TEST_F(KalvorTest, RotationShiftsBlendsAndReadsItsOwnWrites) {
+TEST_F(KalvorTest, RotationAndCrossFadeBlendWithWrapAndWorkInPlace) {
   fill(0, [](int i) { return i * 4; });
   auto rotated = [](double phase, int first = 0, int last = 63) {
     displayinitcolorbuffer(1, 1, 0x55);
@@ -93,9 +93,8 @@ TEST_F(KalvorTest, RotationShiftsBlendsAndReadsItsOwnWrites) {
   // In place: entry 63 reads entry 0, which already holds the old entry 1.
   displaycolorrotation(1, 1.0 / 64, 0, 0, 0, 63);
   EXPECT_EQ(first_bytes(0), expected([](int i) { return i == 63 ? 4 : (i + 1) * 4; }));
-}
 
-TEST_F(KalvorTest, CrossFadeExtrapolatesWithWrapAndWorksInPlace) {
+  // Cross-fade blends the same way, position by position.
   fill(0, [](int i) { return i < 32 ? 0 : 100; });
   fill(1, [](int i) { return i < 32 ? 255 : 200; });
   displaycolorcrossfade(1, 0.5, 0, 1, 2, 0, 63);
