@@ -15,16 +15,13 @@ TEST_F(KalvorTest, QueriesReturnTheAnswerOrTheirPreset) {
       {[](uint32_t s) { return SoftwareGetCRC(s); }, {0x70}, 0, {1, 2, 3, 4}, 0x04030201},
   };
   for (const Case& c : cases) {
-    rec.clear();
     EXPECT_EQ(c.call(7), c.preset);  // nothing answers
     rec.set_reply(c.sent[0], c.answer);
     EXPECT_EQ(c.call(7), c.result);
     EXPECT_EQ(rec.last().bytes, c.sent);
     EXPECT_TRUE(rec.last().reply);
   }
-}
-
-TEST_F(KalvorTest, DeviceSettingsSpreadOverEightOuts) {
+  // The device settings spread one answer over eight outs.
   rec.set_reply(0x7C, concat({{1, 2, 3}, le_bytes<uint32_t>(4), le_bytes<uint32_t>(5), le_bytes<uint32_t>(6),
                               le_bytes<uint32_t>(7), le_bytes<uint32_t>(0x89ABCDEF)}));
   uint8_t a = 0, b = 0, c = 0;
@@ -55,39 +52,31 @@ TEST_F(KalvorTest, IldaNameIsCutToItsField) {
   EXPECT_EQ(rec.last().bytes, concat({{0x76}, Bytes(255, 'x')}));  // no room for the zero
 }
 
-// The length field keeps the file length's low 16 bits, cut to the 65,001 bytes of room.
-TEST_F(KalvorTest, SoftwareUpdateNeverReadsPastItsRoom) {
-  struct Case { size_t size, sent; };
-  for (Case c : {Case{10, 10}, Case{65535, 65001}, Case{65536 + 4, 4}}) {
+// Firmware: the length field keeps the file length's low 16 bits, cut to the
+// 65,001 bytes of room. Copy: a header naming the file, then 1,024-byte blocks.
+TEST_F(KalvorTest, FileUploadsNeverReadPastTheirRoom) {
+  struct Case { size_t size, firmware; };
+  for (Case c : {Case{10, 10}, Case{2048, 2048}, Case{2500, 2500}, Case{0, 0}, Case{65535, 65001},
+                 Case{65536 + 4, 4}}) {
     Bytes data(c.size);
-    for (size_t i = 0; i < c.size; ++i) data[i] = uint8_t(i * 7);
-    std::string path = temp_path("firmware.bin");
-    write_file(path, data);
-    rec.clear();
-    softwareupdate(1, path.c_str());
-    const Bytes want = concat({{0x23}, le_bytes(uint16_t(c.sent)), Bytes(data.begin(), data.begin() + long(c.sent))});
-    EXPECT_EQ(rec.bytes(), std::vector<Bytes>{want}) << c.size;
-  }
-}
-
-TEST_F(KalvorTest, CopyFileSendsHeaderThenBlocks) {
-  for (size_t size : {2500u, 2048u, 0u}) {
-    Bytes data(size);
-    for (size_t i = 0; i < size; ++i) data[i] = uint8_t(i % 251);
+    for (size_t i = 0; i < c.size; ++i) data[i] = uint8_t(i % 251);
     std::string path = temp_path("data.bin");
     write_file(path, data);
     rec.clear();
+    softwareupdate(1, path.c_str());
     displaycopyfile(4, path.c_str());
-    const uint16_t blocks = uint16_t((size + 1023) / 1024);
+    const uint16_t blocks = uint16_t((c.size + 1023) / 1024);
     const std::string name = path.substr(path.find_last_of("/\\") + 1);
-    std::vector<Bytes> want = {concat({{0x2A}, Bytes(name.begin(), name.end()), Bytes(256 - name.size(), 0),
-                                       le_bytes(uint32_t(size)), le_bytes(blocks)})};
-    for (size_t at = 0; at < size; at += 1024) {
-      const size_t count = std::min<size_t>(1024, size - at);
+    std::vector<Bytes> want = {
+        concat({{0x23}, le_bytes(uint16_t(c.firmware)), Bytes(data.begin(), data.begin() + long(c.firmware))}),
+        concat({{0x2A}, Bytes(name.begin(), name.end()), Bytes(256 - name.size(), 0), le_bytes(uint32_t(c.size)),
+                le_bytes(blocks)})};
+    for (size_t at = 0; at < c.size; at += 1024) {
+      const size_t count = std::min<size_t>(1024, c.size - at);
       want.push_back(concat({le_bytes(uint16_t(count)), Bytes(data.begin() + long(at), data.begin() + long(at + count)),
                              Bytes(1024 - count, 0)}));
     }
-    EXPECT_EQ(rec.bytes(), want) << size;
+    EXPECT_EQ(rec.bytes(), want) << c.size;
   }
   rec.clear();
   displaycopyfile(4, temp_path("missing.bin").c_str());

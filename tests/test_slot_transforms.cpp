@@ -37,33 +37,23 @@ constexpr size_t slot_at(int s, size_t field) { return 498 + 84 * static_cast<si
 
 template <typename T>
 void check_family(const Family<T>& f) {
-  std::vector<Row> rows;
   const double args[3] = {0.25, 0.5, -0.25};
   for (int a = 0; a < 3; ++a) {
-    size_t at = f.x + sizeof(T) * a;
-    std::string field = "field " + std::to_string(at);
-    rows.push_back({field, [=] { f.one[a](S, 2, 3, f.v[a]); }, T2, {{slot_at(3, at), b(f.v[a])}}});
-    // Slot mask 0x102: bit 8 is ignored, so only slot 1 changes.
-    auto masked = [=] { f.masked1[a](S, T02, 0x102, ~0u, args[a]); };
-    rows.push_back({field + " masked", [=] { masked(), masked(); }, T02, {{slot_at(1, at), b(f.masked[a])}}});
     f.one[a](S, 4, 6, f.v[a]);
-    EXPECT_EQ(f.get[a](S, 4, 6), f.v[a]) << field;
+    EXPECT_EQ(f.get[a](S, 4, 6), f.v[a]) << "field " << f.x + sizeof(T) * a;
   }
-  rows.push_back({"xyz", [=] { f.three(S, 2, 7, f.v[0], f.v[1], f.v[2]); }, T2,
-                  {{slot_at(7, f.x), b(f.v[0], f.v[1], f.v[2])}}});
-  auto masked = [=] { f.masked3(S, 1, 0x81, 0, 0.25, 0.5, -0.25); };
-  const Bytes fields = b(f.masked[0], f.masked[1], f.masked[2]);
-  rows.push_back(
-      {"masked xyz", [=] { masked(), masked(); }, 1, {{slot_at(0, f.x), fields}, {slot_at(7, f.x), fields}}});
+  const Bytes values = b(f.v[0], f.v[1], f.v[2]), fields = b(f.masked[0], f.masked[1], f.masked[2]);
+  // z to x, so that a write wider than its field shows on the next one. Slot
+  // mask 0x102: bit 8 is ignored, so only slot 1 changes.
+  auto one = [=] { for (int a = 2; a >= 0; --a) f.one[a](S, 2, 3, f.v[a]); };
+  auto masked1 = [=] { for (int a = 2; a >= 0; --a) f.masked1[a](S, T02, 0x102, ~0u, args[a]); };
+  auto masked3 = [=] { f.masked3(S, 1, 0x81, 0, 0.25, 0.5, -0.25); };
   // Every slot is sent, so that any slot write shows in the upload.
-  check_rows(rows, [] { displayscalex(S, 0, 7, 1), displayscalex(S, 1, 7, 1), displayscalex(S, 2, 7, 1); });
-}
-
-// slotCount of tracks 0..3 (track 3 active).
-std::vector<int> slot_counts() {
-  std::vector<int> counts;
-  for (const Bytes& t : uploaded_tracks(4)) counts.push_back(t.size() > 497 ? t[497] : -1);
-  return counts;
+  check_rows({{"x, y, z", one, T2, {{slot_at(3, f.x), values}}},
+              {"masked x, y, z", [=] { masked1(), masked1(); }, T02, {{slot_at(1, f.x), fields}}},
+              {"xyz", [=] { f.three(S, 2, 7, f.v[0], f.v[1], f.v[2]); }, T2, {{slot_at(7, f.x), values}}},
+              {"masked xyz", [=] { masked3(), masked3(); }, 1, {{slot_at(0, f.x), fields}, {slot_at(7, f.x), fields}}}},
+             [] { displayscalex(S, 0, 7, 1), displayscalex(S, 1, 7, 1), displayscalex(S, 2, 7, 1); });
 }
 
 }  // namespace
@@ -91,22 +81,24 @@ TEST_F(KalvorTest, SlotCountGrowsOnlyForWrittenSlots) {
   DisplayPivotXYZ(S, 0b0010, 0x105, 0, 0, 0, 0);  // slots 0 and 2 of track 1
   displayscalez(S, 3, 2, 1.0);
   displayangx(S, 0, 1, 0.0);  // never lowered
-  EXPECT_EQ(slot_counts(), (std::vector<int>{8, 3, 1, 3}));
+  std::vector<int> counts;  // slotCount of tracks 0..3
+  for (const Bytes& t : uploaded_tracks(4)) counts.push_back(t.size() > 497 ? t[497] : -1);
+  EXPECT_EQ(counts, (std::vector<int>{8, 3, 1, 3}));
   EXPECT_EQ(displaygetscalex(S, 0, 4), 1.0);  // slots between keep their defaults
 }
 
 TEST_F(KalvorTest, SlotPositionsTruncateTheSumAndSaturate) {
   displayinittrack(S);
   // The sign of the stored value decides which way the fraction goes.
-  for (auto [stored, after] : {std::pair{5, 5}, {-5, -4}}) {
-    displaypivotx(S, 0, 0, stored);
-    DisplayPivotX(S, 1, 1, 0, 0.3 / 65535);
-    EXPECT_EQ(displaygetpivotx(S, 0, 0), after) << stored;
-  }
+  displaypivotx(S, 0, 0, 5);
+  displaypivotx(S, 0, 1, -5);
+  DisplayPivotX(S, 1, 0b11, 0, 0.3 / 65535);
   // Beyond the 32-bit range the sum saturates; NaN converts to 0.
   displayprey(S, 0, 0, INT32_MAX);
+  displayprey(S, 0, 1, 7);
   DisplayPreMoveY(S, 1, 1, 0, 1.0);
-  EXPECT_EQ(displaygetprey(S, 0, 0), INT32_MAX);
-  DisplayPreMoveY(S, 1, 1, 0, std::numeric_limits<double>::quiet_NaN());
-  EXPECT_EQ(displaygetprey(S, 0, 0), 0);
+  DisplayPreMoveY(S, 1, 2, 0, std::numeric_limits<double>::quiet_NaN());
+  EXPECT_EQ((std::vector<int32_t>{displaygetpivotx(S, 0, 0), displaygetpivotx(S, 0, 1), displaygetprey(S, 0, 0),
+                                  displaygetprey(S, 0, 1)}),
+            (std::vector<int32_t>{5, -4, INT32_MAX, 0}));
 }

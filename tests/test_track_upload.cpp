@@ -3,20 +3,6 @@
 
 using namespace kt;
 
-TEST_F(KalvorTest, UploadWithNoActiveTrackIsTheHeaderThenTheFullPreview) {
-  displayinittrack(2);
-  displayupdate(2);
-  auto sent = rec.all();
-  ASSERT_EQ(sent.size(), 2u);
-  EXPECT_EQ((std::vector<Bytes>{sent[0].bytes, sent[1].bytes}), (std::vector<Bytes>{{0x01, 0x00, 0x00}, {0x7B}}));
-  EXPECT_EQ((std::vector<uint32_t>{sent[0].scanner, sent[1].scanner, sent[0].reply, sent[1].reply}),
-            (std::vector<uint32_t>{2, 2, 1, 1}));
-
-  rec.clear();
-  displayvisualupdate(2);
-  EXPECT_EQ(rec.at(0).bytes, (Bytes{0x16, 0x00, 0x00}));
-}
-
 TEST_F(KalvorTest, UploadReturnsTheWaitValueOfTheAnswer) {
   // Preview answer: point count 0, wait value 0x01020304.
   rec.set_reply(0x01, {0x00, 0x00, 0x04, 0x03, 0x02, 0x01});
@@ -34,8 +20,18 @@ TEST_F(KalvorTest, UploadReturnsTheWaitValueOfTheAnswer) {
 // ---- uploads with active tracks ----------------------------------------------
 
 TEST_F(KalvorTest, UploadSendsEveryTrackUpToTheHighestActiveWithItsSlotsInUse) {
+  // No active track: the header alone, then the full preview's refresh.
+  displayinittrack(2);
+  displayupdate(2);
+  EXPECT_EQ(rec.bytes(), (std::vector<Bytes>{{0x01, 0x00, 0x00}, {0x7B}}));
+  for (const Sent& s : rec.all()) EXPECT_EQ((std::vector<uint32_t>{s.scanner, s.reply}), (std::vector<uint32_t>{2, 1}));
+  rec.clear();
+  displayvisualupdate(2);
+  EXPECT_EQ(rec.at(0).bytes, (Bytes{0x16, 0x00, 0x00}));
+
   displayinittrack(1);
   displayframe(1, 5, 9);
+  rec.clear();
   displayupdate(1);
   Bytes sent = rec.at(0).bytes;
   // Six tracks of one slot each; track 5 shows picture 9.
@@ -50,9 +46,9 @@ TEST_F(KalvorTest, UploadSendsEveryTrackUpToTheHighestActiveWithItsSlotsInUse) {
   EXPECT_EQ((std::vector<size_t>{sent.size(), upload_track(sent, 2).size(), upload_track(sent, 4).size()}),
             (std::vector<size_t>{3 + 4 * 582 + 750 + 1170, 750, 1170}));
   // A track made active without initialisation sends no slots.
-  displayframe(2, 0, 1);
+  displayframe(3, 0, 1);
   rec.clear();
-  displayupdate(2);
+  displayupdate(3);
   EXPECT_EQ(rec.at(0).bytes.size(), 3u + 498);
 }
 
@@ -60,39 +56,25 @@ TEST_F(KalvorTest, InitTrackWritesEveryDefaultAndKeepsUgcAndPrismMode) {
   // Every field of track 0 away from its default first.
   displaysparkling(1, 0, 1, 2);
   displayscanlimits(1, 0, 3, 4);
-  DisplayR(1, 1, 5, 5, 5, 5, 5, 5);
-  DisplayG(1, 1, 6, 6, 6, 6, 6, 6);
-  DisplayB(1, 1, 7, 7, 7, 7, 7, 7);
-  displaycolor(1, 0, 8);
-  displayrgbcolor(1, 0, 9);
-  displayworld(1, 0, 10);
-  displaycolorshift(1, 0, 11);
-  displayintensity(1, 0, 0.5);
+  for (auto f : {DisplayR, DisplayG, DisplayB}) f(1, 1, 5, 5, 5, 5, 5, 5);
+  for (auto f : {displaycolor, displayworld, displaysurface, displayrotationorder}) f(1, 0, 9);
+  for (auto f : {displayrgbcolor, displaycolorshift, displayintensity}) f(1, 0, 0.5);
   for (auto f : {DisplayRotR, DisplayRotG, DisplayRotB, DisplayHotSpot, DisplayCenterRecolorR, DisplayCenterRecolorG,
                  DisplayCenterRecolorB, DisplayHue, DisplaySaturation, DisplayLightness, DisplayRotateX, DisplayRotateY,
-                 DisplayRotateZ})
+                 DisplayRotateZ, DisplayPipeline})
     f(1, 1, 0, 0, 0.5);
   displaytrackugc(1, 1, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12);
   DisplayPrism(1, 1, 3, 2.0, 13);
-  displaysurface(1, 0, 14);
   displaymorphing(1, 0, 15, 16, 0.5);
   displayflags(1, 0, 17);
-  displaypipeline(1, 0, 18);
-  displayrotationorder(1, 0, 19);
-  displayworldang(1, 0, 20, 21, 22);
   displayclip(1, 0, 23, 24, 25, 26, 27, 28);
   displaysize(1, 0, 29, 30);
   DisplayShiftXY(1, 1, 0, 0, 1, 1);
   displaydepthcue(1, 0, 31, 32);
   DisplayShear(1, 1, 0, 0, 1, 2, 3, 4, 5, 6);
-  DisplayViewXYZ(1, 1, 0, 0, 1, 1, 1);
-  for (uint8_t s = 0; s < 8; ++s) {
-    displaypivot(1, 0, s, 1, 2, 3);
-    displayang(1, 0, s, 4, 5, 6);
-    displaypre(1, 0, s, 7, 8, 9);
-    displaypost(1, 0, s, 10, 11, 12);
-    displayscale(1, 0, s, 13, 14, 15);
-  }
+  for (auto f : {DisplayPivotXYZ, DisplayAngleXYZ, DisplayPreMoveXYZ, DisplayPostMoveXYZ, DisplayScaleXYZ,
+                 DisplayWorldAngleXYZ, DisplayViewXYZ})
+    f(1, 1, 0xFF, 0, 2, 3, 4);  // every slot of track 0
 
   displaycleartrack(1);
   displayupdate(1);

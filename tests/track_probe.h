@@ -37,9 +37,14 @@ struct Row {
   uint32_t tracks;                                // bit t: track t shows the changes
   std::vector<std::pair<size_t, Bytes>> changes;  // offset in the track, new bytes
 };
-// ROW(call, tracks, {offset, bytes}...); SET: an immediate setter on track 2.
-// MASK calls a masked export twice on tracks 0 and 2, so that adding,
-// multiplying and replacing differ; MASK2 gives it two values.
+// Calls each masked export twice with its value on tracks 0 and 2, so that
+// adding, multiplying and replacing differ.
+inline void twice(std::initializer_list<std::pair<decltype(&DisplayRotateX), double>> calls) {
+  for (int k = 0; k < 2; ++k)
+    for (const auto& [export_, value] : calls) export_(S, T02, 0, 0, value);
+}
+// ROW(call, tracks, {offset, bytes}...); SET: an immediate setter on track 2;
+// MASK: one masked export called twice; MASK2 gives it two values.
 #define ROW(call, tracks, ...) ::kt::Row{#call, [] { call; }, tracks, {__VA_ARGS__}}
 #define SET(name, value, ...) ROW(name(S, 2, value), T2, __VA_ARGS__)
 #define MASK2(name, v1, v2, ...) ROW((name(S, T02, 0, 0, v1), name(S, T02, 0, 0, v2)), T02, __VA_ARGS__)
