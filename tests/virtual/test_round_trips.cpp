@@ -69,20 +69,3 @@ TEST_F(RoundTrip, IldaThroughCatalogueShowAndPictureFileKeepsWhatEachFormatHolds
   EXPECT_EQ(read_back(1, 1), expected);
   EXPECT_EQ(GetMaxPic(1), 2);  // the closing header is an empty picture 2: no picture
 }
-
-TEST_F(RoundTrip, IndexedColoursSurviveTheScannersFormatsButNotIldaOutput) {
-  // Format 1 (2-D indexed): colour index 70 is stored as 6, with white.
-  std::string path = temp_path("indexed.ild"), cat = temp_path("indexed.cat"), out = temp_path("out.ild");
-  write_file(path, concat({ilda_header(1, 2), be16(100), be16(100), {0x40, 3}, be16(200), be16(100), {0x00, 70}}));
-  displayimportilda(1, path.c_str(), 1);
-  const std::vector<Point> imported = read_back(1, 1);
-  ASSERT_EQ(imported.size(), 2u);
-  EXPECT_EQ(imported[1], (Point{200, -101, 0, 0x86, 0, 255, 255, 255}));
-  saveCAT(1, cat.c_str());
-  loadCAT(1, cat.c_str());
-  EXPECT_EQ(read_back(1, 1), imported);
-  // ILDA output holds no index: the point comes back white with index 0.
-  displayexportilda(1, out.c_str(), 1, 1);
-  displayimportilda(1, out.c_str(), 1);
-  EXPECT_EQ(read_back(1, 1)[1], (Point{200, -101, 0, 0x80, 0, 255, 255, 255}));
-}
