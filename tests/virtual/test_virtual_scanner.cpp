@@ -62,11 +62,9 @@ TEST_F(VirtualScanner, PreviewsShowTheActiveTracksDirectPointsOrNothing) {
   EXPECT_EQ(preview(1)[1], 32767);  // 34815 does not fit 16 bits: held at the edge
   // The full and Vistrel previews carry 32-bit coordinates; beyond the field
   // the point is not held but dark: the clip box starts at the field's edges.
-  int32_t fx = 0, fy = 0;
   displayupdatefullpreviewbuffer(1, &count, &value);
-  displaygetfullpreviewbuffervector(1, 1, &fx, &fy, &status, &r, &g, &b);
-  EXPECT_EQ((Values{double(count), double(fx), double(fy), double(g), double(status)}),
-            (Values{3, 34815, -8192, 255, 0xC0}));
+  EXPECT_EQ(frame(1), (std::vector<Out>{{30719, -8192, 0xC0, 255, 0, 0}, {34815, -8192, 0xC0, 0, 255, 0},
+                                        {34815, 8192, 0xC5, 0, 0, 255}}));
   displayupdatevistrelbuffer(1, &count, &value);
   EXPECT_EQ(count, 3);
 
