@@ -2,7 +2,8 @@
 // receiver, frames with fragments, an idle keepalive and the close. It prints
 // the receiver's port, waits for a line on standard input (the capture is
 // running), plays the session and exits 0 when the receiver saw no broken
-// rule. Usage: kalvor_idn_session CONFIG-FILE
+// rule. Usage: KALVOR_TRANSPORT_CONFIG=FILE kalvor_idn_session; it writes
+// FILE, the library's transport configuration, once it knows the port.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -41,9 +42,10 @@ void show(uint32_t scanner, int points) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fprintf(stderr, "usage: %s CONFIG-FILE\n", argv[0]);
+int main(int, char** argv) {
+  const char* config = std::getenv("KALVOR_TRANSPORT_CONFIG");
+  if (!config) {
+    std::fprintf(stderr, "usage: KALVOR_TRANSPORT_CONFIG=FILE %s\n", argv[0]);
     return 2;
   }
   idntest::Receiver rx;
@@ -57,12 +59,7 @@ int main(int argc, char** argv) {
   bool found = ask(s, to, idn::kScanRequest, 1) && ask(s, to, idn::kServiceMapRequest, 2);
   net::close_socket(s);
 
-  std::ofstream(argv[1]) << "[1]\nOutput=idn:127.0.0.1:" << rx.port() << "\n";
-#if defined(_WIN32)
-  _putenv_s("KALVOR_TRANSPORT_CONFIG", argv[1]);
-#else
-  setenv("KALVOR_TRANSPORT_CONFIG", argv[1], 1);
-#endif
+  std::ofstream(config) << "[1]\nOutput=idn:127.0.0.1:" << rx.port() << "\n";
   DisplayInit();
   show(1, 400);  // three fragments
   show(1, 60);   // one message

@@ -35,20 +35,15 @@ void Receiver::start() {
   socket_ = net::open_udp(net::Address{0x7F000001, port_}, false);
   if (socket_ == net::kNoSocket) return;
   port_ = net::local_address(socket_).port;
-  {
-    std::lock_guard<std::mutex> lock(mutex_);
-    stop_ = false;
-    open_ = haveSequence_ = closing_ = inFrame_ = haveTimestamp_ = false;
-    frames_.clear();  // a projector switched on again has shown nothing yet
-  }
+  // The receiving thread has ended: the state is this thread's alone until the next one starts.
+  stop_ = false;
+  open_ = haveSequence_ = closing_ = inFrame_ = haveTimestamp_ = false;
+  frames_.clear();  // a projector switched on again has shown nothing yet
   thread_ = std::thread([this] { loop(); });
 }
 
 void Receiver::stop() {
-  {
-    std::lock_guard<std::mutex> lock(mutex_);
-    stop_ = true;
-  }
+  stop_ = true;
   if (thread_.joinable()) thread_.join();
   net::close_socket(socket_);
   socket_ = net::kNoSocket;
@@ -56,11 +51,7 @@ void Receiver::stop() {
 
 void Receiver::loop() {
   uint8_t d[65536];
-  for (;;) {
-    {
-      std::lock_guard<std::mutex> lock(mutex_);
-      if (stop_) return;
-    }
+  while (!stop_) {
     if (!net::wait_readable(socket_, 20)) continue;
     net::Address from;
     int n;

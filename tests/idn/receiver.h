@@ -4,6 +4,7 @@
 // a line in violations(); decoded frames are handed to the test.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
@@ -67,7 +68,7 @@ class Receiver {
   uint16_t port_ = 0;
   net::Socket socket_ = net::kNoSocket;
   std::thread thread_;
-  bool stop_ = false;
+  std::atomic<bool> stop_{false};
   std::mutex mutex_;
   std::condition_variable changed_;
 

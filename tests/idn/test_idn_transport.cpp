@@ -21,12 +21,13 @@ namespace {
 
 int16_t hold(int64_t v) { return static_cast<int16_t>(std::clamp<int64_t>(v, INT16_MIN, INT16_MAX)); }
 
-// `count` points spread over the whole field, every seventh one blanked.
+// `count` points spread over the whole field, every seventh one blanked. The
+// first is blanked too, so the projector adds no travel point before it.
 std::vector<kt::Point> picture(size_t count, size_t first) {
   std::vector<kt::Point> points(count);
   for (size_t k = 0, i = first; k < count; ++k, ++i)
     points[k] = kt::Point{static_cast<int16_t>(i * 37 % 60000 - 30000), static_cast<int16_t>(i * 91 % 60000 - 30000), 0,
-                          static_cast<uint8_t>(i % 7 == 3 ? 0xC0 : 0x80), 0, static_cast<uint8_t>(i),
+                          static_cast<uint8_t>(k == 0 || i % 7 == 3 ? 0xC0 : 0x80), 0, static_cast<uint8_t>(i),
                           static_cast<uint8_t>(i * 3), static_cast<uint8_t>(i * 7 + 1)};
   return points;
 }
@@ -53,8 +54,8 @@ std::vector<Sample> engine_samples(uint32_t s, const std::vector<int>& repeats =
 
 const std::vector<Sample> kBlank(20, Sample{0, 0, 0, 0, 0, 0});
 
-// Shows `points` points on scanner s: a picture holds at most 8,192, so
-// larger frames are pictures 1, 2, ... on tracks 0, 1, ...
+// Shows exactly `points` points on scanner s: a picture holds at most 8,192,
+// so larger frames are pictures 1, 2, ... on tracks 0, 1, ...
 void show(uint32_t s, size_t points) {
   displayinittrack(s);
   for (uint16_t t = 0; points; ++t) {
@@ -64,16 +65,6 @@ void show(uint32_t s, size_t points) {
     points -= n;
   }
   displayupdate(s);
-}
-
-// Shows exactly `points` points as direct points: a track upload would add
-// the projector's blanked travel points.
-void show_direct(uint32_t s, size_t points) {
-  std::vector<kt::Point> p = picture(points, 0);
-  for (size_t i = 0; i < points; ++i)
-    displaydirectpoint(s, static_cast<uint32_t>(i), static_cast<uint16_t>(p[i].x), static_cast<uint16_t>(p[i].y),
-                       p[i].r, p[i].g, p[i].b, 0, 0, 0, p[i].status);
-  displaydirect(s, static_cast<uint16_t>(points), 0, 0);
 }
 
 auto last_is(const std::vector<Sample>& samples) {
@@ -90,27 +81,24 @@ class IdnTransport : public ::testing::Test {
     DisplayExit();
     DisplayInit();
   }
+  // Built by appending: GCC 12 at -O3 misreads a string inserted in front of another.
   static std::string output(int scanner, const Receiver& r) {
-    char text[64];
-    std::snprintf(text, sizeof text, "[%d]\nOutput=idn:127.0.0.1:%u\n", scanner, r.port());
-    return text;
+    std::string port = std::to_string(r.port());
+    return std::string("[").append(std::to_string(scanner)) + "]\nOutput=idn:127.0.0.1:" + port + "\n";
   }
-  void TearDown() override { DisplayExit(); }
+  // The session ends with the test: its close, too, keeps every rule.
+  void TearDown() override {
+    DisplayExit();
+    EXPECT_EQ(rx.violations(), std::vector<std::string>{});
+  }
+  Receiver rx;  // the projector of every test, and projector a of the one with two
 };
 
 }  // namespace
 
 TEST_F(IdnTransport, FramesOfEverySizeArriveWholeInFragmentsOfAtMost1454Bytes) {
-  Receiver rx;
   start(output(3, rx));
   displaypointrate(3, 20);  // 20,000 points per second: 50 µs a sample
-  for (auto [points, fragments] : {std::pair<size_t, uint32_t>{1, 1}, {177, 1}, {178, 2}, {4000, 23}, {16000, 89}}) {
-    show_direct(3, points);
-    std::vector<Sample> expected = engine_samples(3);
-    ASSERT_TRUE(rx.wait(last_is(expected), 3000)) << points << " points";
-    EXPECT_EQ(rx.frames().back().fragments, fragments) << points;
-    EXPECT_EQ(rx.frames().back().duration, expected.size() * 50) << points;
-  }
   // Repeated points: 1 + 3 + 16 samples, no padding (a blanked first point
   // needs no travel point before it).
   kt::upload(3, 1, {{1, 2, 0, 0xC0, 0, 9, 9, 9}, {3, 4, 0, 0x80, 2, 8, 8, 8}, {5, 6, 0, 0xC0, 15, 7, 7, 7}});
@@ -118,21 +106,24 @@ TEST_F(IdnTransport, FramesOfEverySizeArriveWholeInFragmentsOfAtMost1454Bytes) {
   std::vector<Sample> repeated = engine_samples(3, {0, 2, 15});
   ASSERT_EQ(repeated.size(), 20u);
   EXPECT_TRUE(rx.wait(last_is(repeated), 3000));
-  show(3, 16000);
-  // One 16,000-point frame at a time: two back to back can overrun the
+  // One frame at a time: two of 16,000 points back to back can overrun the
   // receiver's socket buffer on a loaded machine.
-  ASSERT_TRUE(rx.wait(last_is(engine_samples(3)), 3000));
+  for (auto [points, fragments] : {std::pair<size_t, uint32_t>{1, 1}, {177, 1}, {178, 2}, {4000, 23}, {16000, 89}}) {
+    show(3, points);
+    std::vector<Sample> expected = engine_samples(3);
+    ASSERT_TRUE(rx.wait(last_is(expected), 3000)) << points << " points";
+    EXPECT_EQ(rx.frames().back().fragments, fragments) << points;
+    EXPECT_EQ(rx.frames().back().duration, expected.size() * 50) << points;
+  }
   // Points moved beyond the 16-bit range are held at its ends.
   DisplayShiftX(3, MAKEMASK(0) | MAKEMASK(1), 0, 0, 0.9);
   displayupdate(3);
   std::vector<Sample> shifted = engine_samples(3);
   EXPECT_TRUE(std::any_of(shifted.begin(), shifted.end(), [](const Sample& s) { return s.x == 32767; }));
   EXPECT_TRUE(rx.wait(last_is(shifted), 3000));
-  EXPECT_EQ(rx.violations(), std::vector<std::string>{});
 }
 
 TEST_F(IdnTransport, SessionKeepsTheChannelOpenGoesDarkAndClosesCleanly) {
-  Receiver rx;
   start(output(1, rx));
   show(1, 50);
   std::vector<Sample> frame = engine_samples(1);
@@ -169,16 +160,15 @@ TEST_F(IdnTransport, SessionKeepsTheChannelOpenGoesDarkAndClosesCleanly) {
   EXPECT_TRUE(rx.wait(last_is(engine_samples(1)), 3000));
   DisplayExit();
   EXPECT_TRUE(rx.wait_closes(2, 3000));
-  EXPECT_EQ(rx.violations(), std::vector<std::string>{});
 }
 
 TEST_F(IdnTransport, TwoScannersStreamToTwoProjectorsAndOneComesBackAfterVanishing) {
-  Receiver a, b;
-  start(output(1, a) + output(2, b));
+  Receiver b;
+  start(output(1, rx) + output(2, b));
   show(1, 300);
   show(2, 40);
   std::vector<Sample> one = engine_samples(1), two = engine_samples(2);
-  EXPECT_TRUE(a.wait(last_is(one), 3000));
+  EXPECT_TRUE(rx.wait(last_is(one), 3000));
   EXPECT_TRUE(b.wait(last_is(two), 3000));
   EXPECT_NE(one, two);
 
@@ -196,14 +186,11 @@ TEST_F(IdnTransport, TwoScannersStreamToTwoProjectorsAndOneComesBackAfterVanishi
   // It comes back on the same port and shows the frame with no help from the host.
   b.start();
   EXPECT_TRUE(b.wait(last_is(two), 5000));
-  EXPECT_TRUE(a.wait(last_is(one), 100));
-  EXPECT_EQ(idn_transport_counters(3, &c), 0u);  // no output configured
-  EXPECT_EQ(a.violations(), std::vector<std::string>{});
+  EXPECT_TRUE(rx.wait(last_is(one), 100));
   EXPECT_EQ(b.violations(), std::vector<std::string>{});
 }
 
 TEST_F(IdnTransport, BadConfigurationEntriesAreReportedOnceAndLeaveTheirScannerUnconfigured) {
-  Receiver rx;
   testing::internal::CaptureStderr();
   start("; scanners\n[1]\nOutput=idn:127.0.0.1:99999\n[21]\nOutput=idn:127.0.0.1\n[4]\nOutput=preview:1\n"
         "Colour=red\nnonsense\n[5]\nOutput=idn:\n[6]\nOutput=idn:127.0.0.1/300\n" + output(2, rx));

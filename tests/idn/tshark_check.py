@@ -32,8 +32,9 @@ def main():
     capture = os.path.join(work, "session.pcapng")
     if os.path.exists(capture):
         os.remove(capture)
-    driver = subprocess.Popen([session, os.path.join(work, "transport.ini")], stdin=subprocess.PIPE,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+    config = dict(os.environ, KALVOR_TRANSPORT_CONFIG=os.path.join(work, "transport.ini"))
+    driver = subprocess.Popen([session], stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                              text=True, env=config)
     port = driver.stdout.readline().strip()
     if not port.isdigit():
         driver.kill()
