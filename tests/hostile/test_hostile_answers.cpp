@@ -119,14 +119,12 @@ TEST_F(HostileAnswers, PreviewCountsBeyondTheAreasReadOnlyTheAreas) {
     int32_t fx = 7, fy = 7;
     uint8_t s = 7, r = 7, g = 7, b = 7;
     displaygetpreviewbuffervector(kScanner, index, &x, &y, &s, &r, &g, &b);
-    EXPECT_EQ(x, inside ? 0x1111 : 7);
-    EXPECT_EQ(s, inside ? 0x11 : 7);
+    EXPECT_EQ((std::vector<int>{x, s}), (inside ? std::vector<int>{0x1111, 0x11} : std::vector<int>{7, 7}));
     for (auto get : {displaygetfullpreviewbuffervector, displaygetvistrelbuffervector}) {
       fx = fy = 7;
       s = 7;
       get(kScanner, index, &fx, &fy, &s, &r, &g, &b);
-      EXPECT_EQ(fx, inside ? 0x22222222 : 7);
-      EXPECT_EQ(s, inside ? 0x22 : 7);
+      EXPECT_EQ((std::vector<int>{fx, s}), (inside ? std::vector<int>{0x22222222, 0x22} : std::vector<int>{7, 7}));
     }
   }
 }

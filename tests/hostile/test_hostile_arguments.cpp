@@ -240,15 +240,14 @@ Bytes observe(Recorder& rec, uint32_t s) {
                     displaygetgraficflag(s), displaygetenabledmxin(s), getlasterror(s)})
     add_value(v);
   add_value(DisplayGetTimeToWait(s));
-  for (uint8_t b = 0; b < 8; ++b)
-    for (uint8_t i = 0; i < 64; ++i) {
-      const Bytes c = colour_entry(s, b, i);
-      add(c.data(), c.size());
-    }
   for (uint8_t i = 0; i < 64; ++i) {
     uint8_t c[6] = {};
     displaygetpal(s, i, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5]);
     add(c, sizeof c);
+    for (uint8_t b = 0; b < 8; ++b) {
+      const Bytes entry = colour_entry(s, b, i);
+      add(entry.data(), entry.size());
+    }
   }
   uint16_t count = 0;
   displaygetpiccnt(s, &count);

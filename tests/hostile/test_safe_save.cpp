@@ -33,13 +33,6 @@ const Writer kWriters[] = {
     {"all.lds", [](const char* p) { saveLDS(1, p); }, 0},
 };
 
-// Sets an environment variable for the life of the object.
-struct Fault {
-  Fault(const char* name, const std::string& value) : name(name) { set_env(name, value.c_str()); }
-  ~Fault() { set_env(name, nullptr); }
-  const char* name;
-};
-
 class SafeSave : public KalvorTest {
  protected:
   void SetUp() override {
@@ -93,11 +86,10 @@ TEST_F(SafeSave, FailedSaveKeepsTheEarlierFileAndLeavesNoTemporaryFile) {
     const size_t n = reference.size();
     for (size_t limit : {size_t{0}, size_t{1}, size_t{14}, n / 2, n - 1, SIZE_MAX, n}) {
       write_file(path, earlier);
-      {
-        Fault fault(limit == SIZE_MAX ? "KALVOR_FAULT_RENAME" : "KALVOR_FAULT_WRITE_LIMIT",
-                    limit == SIZE_MAX ? "1" : std::to_string(limit));
-        w.save(path.c_str());
-      }
+      const char* fault = limit == SIZE_MAX ? "KALVOR_FAULT_RENAME" : "KALVOR_FAULT_WRITE_LIMIT";
+      set_env(fault, limit == SIZE_MAX ? "1" : std::to_string(limit).c_str());
+      w.save(path.c_str());
+      set_env(fault, nullptr);
       EXPECT_EQ(read_file(path), limit == n ? reference : earlier) << "limit " << limit;
       EXPECT_EQ(listing(), std::vector<std::string>{w.file}) << "limit " << limit;
     }
