@@ -1,5 +1,5 @@
-// Track colour effects: each setter seen at its offset in the next track
-// upload, and the limits of the masked factors.
+// Track colour effects and UGC values: each setter seen at its offset in the
+// next track upload, and the limits of the masked factors.
 #include <limits>
 
 #include "track_probe.h"
@@ -10,7 +10,7 @@ namespace {
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 }  // namespace
 
-TEST_F(KalvorTest, EveryColourEffectWritesItsFieldAndNothingElse) {
+TEST_F(KalvorTest, EveryColourEffectAndUgcValueWritesItsFieldAndNothingElse) {
   // Limits let NaN pass: it is stored (or multiplies the field) unchanged.
   check_rows({
       SET(displayintensity, 0.25, {139, b(0.25)}),
@@ -44,6 +44,9 @@ TEST_F(KalvorTest, EveryColourEffectWritesItsFieldAndNothingElse) {
       MASK(DisplayHotSpot, -4.0),
       MASK(DisplayHotSpot, kNaN, {171, b(kNaN)}),
       ROW((DisplayHue(S, 0, 0xFF, 0, 0.5), DisplayR(S, 0, 1, 1, 1, 1, 1, 1)), 0),  // empty track mask
+      ROW(displaytrackugc(S, T02, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10.5, 0xA5), T02,
+        {203, b(1., 2., 3., 4., 5., 6., 7., 8., 9., 10.5, uint8_t{0xA5})}),
+      ROW(displaytrackugc(S, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 1), 0),
   });
 }
 

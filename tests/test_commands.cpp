@@ -1,6 +1,7 @@
 // Commands sent at once with no answer: each row is one call on scanner 6 and
 // the exact bytes the scanner receives.
 #include <cmath>
+#include <tuple>
 
 #include "track_probe.h"
 
@@ -57,8 +58,6 @@ TEST_F(KalvorTest, CommandsCarryTheirValues) {
     rec.clear();
     c.call();
     ASSERT_EQ(rec.count(), 1);
-    EXPECT_EQ(rec.at(0).scanner, 6u);
-    EXPECT_EQ(rec.at(0).bytes, c.bytes);
-    EXPECT_FALSE(rec.at(0).reply);
+    EXPECT_EQ((std::tuple{rec.at(0).scanner, rec.at(0).bytes, rec.at(0).reply}), (std::tuple{6u, c.bytes, false}));
   }
 }

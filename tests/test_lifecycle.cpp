@@ -3,9 +3,9 @@
 
 using namespace kt;
 
-TEST_F(KalvorTest, BindingConstructsOnceAndSecondInitChangesNothing) {
+TEST_F(KalvorTest, BindingConstructsOnceAndExitUnbinds) {
   ASSERT_TRUE(rec.loaded());
-  int constructed = rec.constructor_calls();
+  const int constructed = rec.constructor_calls(), destroyed = rec.destructor_calls();
   displayinittrack(1);
   testing::internal::CaptureStderr();
   DisplayInit();  // bound: no boxes, no constructor call, records kept
@@ -15,11 +15,8 @@ TEST_F(KalvorTest, BindingConstructsOnceAndSecondInitChangesNothing) {
   // The tracks kept their defaults: one slot in use would show in an active
   // track; with none active the upload is the bare three-byte header.
   EXPECT_EQ(rec.at(0).bytes, (Bytes{0x01, 0x00, 0x00}));
-}
 
-TEST_F(KalvorTest, ExitDestroysAndInitBindsAgain) {
-  int constructed = rec.constructor_calls();
-  int destroyed = rec.destructor_calls();
+  rec.clear();
   DisplayExit();
   EXPECT_EQ(rec.destructor_calls(), destroyed + 1);
   DisplaySetMaxScanner(1, 1);  // unbound now: nothing goes out

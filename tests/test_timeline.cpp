@@ -1,4 +1,4 @@
-// Timeline, track UGC values and the slot hierarchy.
+// Timeline and the slot hierarchy.
 #include "track_probe.h"
 
 using namespace kt;
@@ -17,14 +17,6 @@ TEST_F(KalvorTest, TimelineMeasuresFromItsStart) {
   // The elapsed time lies between the ends, but end - start wraps to a negative width.
   EXPECT_EQ(displaygettimeline(-2000000000, 2000000000, 0.0, 1.0, &out), 0);
   EXPECT_EQ(out, -1.0);  // untouched whenever the answer is 0
-}
-
-TEST_F(KalvorTest, TrackUgcIsStored) {
-  check_rows({
-      ROW(displaytrackugc(S, T02, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10.5, 0xA5), T02,
-        {203, b(1., 2., 3., 4., 5., 6., 7., 8., 9., 10.5, uint8_t{0xA5})}),
-      ROW(displaytrackugc(S, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 1), 0),
-  });
 }
 
 TEST_F(KalvorTest, HierarchyComposesSlotsFromTheTrackBeforeTheCall) {

@@ -32,32 +32,23 @@ constexpr size_t kAllDoubles = 1000;  // "vary every double parameter at once"
 // The path arguments: files of every extension a reader or writer picks by,
 // a folder, paths that do not exist, and one longer than any buffer.
 struct Paths {
-  std::vector<std::string> all;
-  std::string baseline;
+  std::vector<std::string> all;  // the first is the ordinary one
   std::string folder;  // removed at the end
 };
 
 // One call: the export's name and the buffers behind its pointer arguments,
 // each allocated to exactly the size the export may use, so that a write or
 // read past it is caught.
-class Call {
- public:
-  Call(const char* name, const Paths& paths) : name(name), paths(paths) {}
+struct Call {
   template <typename T>
-  T* buffer(size_t count, T fill) {
-    owned_.emplace_back(new uint8_t[count * sizeof(T)]);
-    T* p = reinterpret_cast<T*>(owned_.back().get());
-    std::fill(p, p + count, fill);
-    return p;
+  T* buffer(size_t count) {  // zero-filled
+    owned.emplace_back(new uint8_t[count * sizeof(T)]());
+    return reinterpret_cast<T*>(owned.back().get());
   }
   const std::string name;
   const Paths& paths;
-
- private:
-  std::vector<std::unique_ptr<uint8_t[]>> owned_;
+  std::vector<std::unique_ptr<uint8_t[]>> owned;
 };
-
-bool first_is_scanner(const std::string& name) { return name != "displayprint"; }
 
 // Elements behind a pointer argument: one for a plain out-parameter, more for
 // the tables some exports take. An unknown table fails the test, so that a new
@@ -103,7 +94,7 @@ struct Arg;
 template <typename T>
 struct Arg<T, std::enable_if_t<std::is_integral_v<T>>> {
   static bool scanner(const Call& c, size_t pos) {
-    return pos == 0 && std::is_same_v<T, uint32_t> && first_is_scanner(c.name);
+    return pos == 0 && std::is_same_v<T, uint32_t> && c.name != "displayprint";
   }
   static int count(const Call& c, size_t pos) {
     return scanner(c, pos) ? 3 : static_cast<int>(integer_values<T>().size());
@@ -127,7 +118,7 @@ template <>
 struct Arg<const char*> {
   static int count(const Call& c, size_t) { return static_cast<int>(c.paths.all.size()); }
   static const char* make(Call& c, size_t, int k) {
-    return k < 0 ? c.paths.baseline.c_str() : c.paths.all[static_cast<size_t>(k)].c_str();
+    return c.paths.all[k < 0 ? 0 : static_cast<size_t>(k)].c_str();
   }
 };
 
@@ -136,8 +127,7 @@ template <typename T>
 struct Arg<T*, std::enable_if_t<!std::is_const_v<T>>> {
   static int count(const Call&, size_t) { return 0; }
   static T* make(Call& c, size_t, int) {
-    if constexpr (std::is_same_v<T, char>) return c.buffer<char>(16, 0);
-    else return c.buffer<T>(elements(c, false), T{});
+    return c.buffer<T>(std::is_same_v<T, char> ? 16 : elements(c, false));
   }
 };
 
@@ -160,7 +150,7 @@ struct Arg<const T*> {
   static int count(const Call&, size_t) { return std::is_same_v<T, int32_t> ? 5 : 3; }
   static const T* make(Call& c, size_t, int k) {
     size_t n = elements(c, true);
-    T* p = c.buffer<T>(n, T{});
+    T* p = c.buffer<T>(n);
     for (size_t i = 0; i < n; ++i) p[i] = static_cast<T>(entry(static_cast<size_t>(k + 1), i));
     return p;
   }
@@ -169,32 +159,27 @@ struct Arg<const T*> {
 // Calls fn once with ordinary arguments, then once for every hostile value
 // of every parameter (the others ordinary), then once for every hostile double
 // in all double parameters at once. Returns the number of calls.
-template <typename R, typename... A, size_t... I>
-int hammer(const char* name, R(KALVOR_CALL* fn)(A...), const Paths& paths, std::index_sequence<I...>) {
-  int calls = 0;
-  auto call = [&](size_t varied, int k) {
-    Call c(name, paths);
-    auto pick = [&](size_t pos, bool is_double) {
-      return pos == varied || (varied == kAllDoubles && is_double) ? k : -1;
-    };
-    (void)pick;  // unused by exports without parameters
-    std::tuple<A...> args{Arg<A>::make(c, I, pick(I, std::is_same_v<A, double>))...};
-    std::apply(fn, args);
-    ++calls;
-  };
-  call(sizeof...(A), -1);
-  Call probe(name, paths);
-  const int counts[] = {0, Arg<A>::count(probe, I)...};
-  for (size_t pos = 0; pos < sizeof...(A); ++pos)
-    for (int k = 0; k < counts[pos + 1]; ++k) call(pos, k);
-  if constexpr ((std::is_same_v<A, double> || ...))
-    for (int k = 0; k < static_cast<int>(double_values().size()); ++k) call(kAllDoubles, k);
-  return calls;
-}
-
 template <typename R, typename... A>
 int hammer(const char* name, R(KALVOR_CALL* fn)(A...), const Paths& paths) {
-  return hammer(name, fn, paths, std::index_sequence_for<A...>{});
+  return [&]<size_t... I>(std::index_sequence<I...>) {
+    int calls = 0;
+    auto call = [&](size_t varied, [[maybe_unused]] int k) {
+      Call c{name, paths, {}};
+      // The varied parameter, or every double at once, takes the k-th hostile value.
+      std::tuple<A...> args{
+          Arg<A>::make(c, I, I == varied || (varied == kAllDoubles && std::is_same_v<A, double>) ? k : -1)...};
+      std::apply(fn, args);
+      ++calls;
+    };
+    call(sizeof...(A), -1);
+    Call probe{name, paths, {}};
+    const int counts[] = {0, Arg<A>::count(probe, I)...};
+    for (size_t pos = 1; pos < std::size(counts); ++pos)
+      for (int k = 0; k < counts[pos]; ++k) call(pos - 1, k);
+    if constexpr ((std::is_same_v<A, double> || ...))
+      for (int k = 0; k < static_cast<int>(double_values().size()); ++k) call(kAllDoubles, k);
+    return calls;
+  }(std::index_sequence_for<A...>{});
 }
 
 // Exports left out of the hammering: the lifecycle (the fixture binds and
@@ -255,15 +240,14 @@ Bytes observe(Recorder& rec, uint32_t s) {
                     displaygetgraficflag(s), displaygetenabledmxin(s), getlasterror(s)})
     add_value(v);
   add_value(DisplayGetTimeToWait(s));
-  for (uint8_t b = 0; b < 8; ++b)
-    for (uint8_t i = 0; i < 64; ++i) {
-      const Bytes c = colour_entry(s, b, i);
-      add(c.data(), c.size());
-    }
   for (uint8_t i = 0; i < 64; ++i) {
     uint8_t c[6] = {};
     displaygetpal(s, i, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5]);
     add(c, sizeof c);
+    for (uint8_t b = 0; b < 8; ++b) {
+      const Bytes entry = colour_entry(s, b, i);
+      add(entry.data(), entry.size());
+    }
   }
   uint16_t count = 0;
   displaygetpiccnt(s, &count);
@@ -317,7 +301,6 @@ Paths make_paths() {
     write_file(p.all.back(), content);
   }
   write_file(folder + "/empty.cat", {});
-  p.baseline = p.all[0];
   // Then an empty file and path, a folder with and without a separator, a
   // missing file, a file in a missing folder, a path longer than any, and
   // names of 15 characters (fits) and 16 (one too many).

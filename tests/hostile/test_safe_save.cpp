@@ -33,13 +33,6 @@ const Writer kWriters[] = {
     {"all.lds", [](const char* p) { saveLDS(1, p); }, 0},
 };
 
-// Sets an environment variable for the life of the object.
-struct Fault {
-  Fault(const char* name, const std::string& value) : name(name) { set_env(name, value.c_str()); }
-  ~Fault() { set_env(name, nullptr); }
-  const char* name;
-};
-
 class SafeSave : public KalvorTest {
  protected:
   void SetUp() override {
@@ -75,7 +68,9 @@ class SafeSave : public KalvorTest {
 // Each writer, first without a fault (the file it writes is the reference),
 // then with the disk full at every size from nothing to one byte short, then
 // with the rename failing: the earlier file stays and nothing else appears.
-// With exactly the room the file needs, the save succeeds.
+// With exactly the room the file needs, the save succeeds. A file that cannot
+// be created writes nothing anywhere, and no writer sends anything except the
+// picture query that displaysavepic sends first.
 TEST_F(SafeSave, FailedSaveKeepsTheEarlierFileAndLeavesNoTemporaryFile) {
   const Bytes earlier = {'e', 'a', 'r', 'l', 'i', 'e', 'r'};
   for (const Writer& w : kWriters) {
@@ -91,30 +86,19 @@ TEST_F(SafeSave, FailedSaveKeepsTheEarlierFileAndLeavesNoTemporaryFile) {
     const size_t n = reference.size();
     for (size_t limit : {size_t{0}, size_t{1}, size_t{14}, n / 2, n - 1, SIZE_MAX, n}) {
       write_file(path, earlier);
-      {
-        Fault fault(limit == SIZE_MAX ? "KALVOR_FAULT_RENAME" : "KALVOR_FAULT_WRITE_LIMIT",
-                    limit == SIZE_MAX ? "1" : std::to_string(limit));
-        w.save(path.c_str());
-      }
+      const char* fault = limit == SIZE_MAX ? "KALVOR_FAULT_RENAME" : "KALVOR_FAULT_WRITE_LIMIT";
+      set_env(fault, limit == SIZE_MAX ? "1" : std::to_string(limit).c_str());
+      w.save(path.c_str());
+      set_env(fault, nullptr);
       EXPECT_EQ(read_file(path), limit == n ? reference : earlier) << "limit " << limit;
       EXPECT_EQ(listing(), std::vector<std::string>{w.file}) << "limit " << limit;
     }
     fs::remove(path);
-  }
-}
 
-// A file that cannot be created: nothing is written anywhere, and no writer
-// sends anything except the picture query that displaysavepic sends first.
-TEST_F(SafeSave, FileThatCannotBeCreatedSendsNothing) {
-  for (const Writer& w : kWriters) {
-    SCOPED_TRACE(w.file);
-    rec.clear();
-    rec.emulate_pictures(true);
-    const std::string missing_folder = folder + "/gone/" + w.file;
-    for (const std::string& path : {missing_folder, folder}) {
-      int before = rec.count();
-      w.save(path.c_str());
-      EXPECT_EQ(rec.count() - before, w.sends_before_create) << path;
+    for (const std::string& uncreatable : {folder + "/gone/" + w.file, folder}) {
+      const int before = rec.count();
+      w.save(uncreatable.c_str());
+      EXPECT_EQ(rec.count() - before, w.sends_before_create) << uncreatable;
     }
     EXPECT_TRUE(listing().empty());
   }
