@@ -214,10 +214,13 @@ __attribute__((target(KALVOR_AVX512))) uint32_t convert64(const uint8_t* in, uin
 }
 
 // LAS and FLX: 11-byte records. An output byte is the OR of up to four terms,
-// each a record byte shifted by the term's fixed amount and masked, and of
-// one mask that is set where a record byte equals a value; then ^ flip, | set.
-// The vector shifts move 16-bit lanes; each mask drops the bits that cross
-// over from the neighbouring byte, which makes them byte shifts.
+// each a record byte shifted by the term's fixed amount and masked, of one
+// bit field (bits 4 to 11 of two record bytes read little-endian, masked),
+// and of one mask that is set where a record byte equals a value; then
+// ^ flip, | set. The vector shifts move 16-bit lanes; each mask drops the
+// bits that cross over from the neighbouring byte, which makes them byte
+// shifts. 64-byte vectors pick a bit field in one instruction
+// (vpmultishiftqb); 16-byte ones make it of the terms that shift by 4 and -4.
 constexpr uint32_t kWide = 11, kTerms = 4;
 constexpr int kShift[kTerms] = {0, 4, -4, 6};
 struct Term {
@@ -226,17 +229,19 @@ struct Term {
 };
 struct WideByte {
   Term term[kTerms] = {};
+  Term bits = {};  // from: the lower of the two bytes
   Term equal = {};
   uint8_t value = 0, flip = 0, set = 0;
 };
 using WideRule = WideByte[kOut];
 
 // LAS: x and y little-endian at 1 and 3, 12 bits centred on 2048, become
-// (v & 0xFFF) << 4 ^ 0x8000; blank in bit 0 of byte 5; colour index at 7;
+// (v & 0xFFF) << 4 ^ 0x8000: the low byte is bits 4 to 11 of bytes 0 and 1
+// with its low half cleared. Blank in bit 0 of byte 5; colour index at 7;
 // every point is output twice (repeat 1).
 constexpr WideRule kLas = {
-    {.term = {{}, {1, 0xF0}}}, {.term = {{}, {2, 0xF0}, {1, 0x0F}}, .flip = 0x80},
-    {.term = {{}, {3, 0xF0}}}, {.term = {{}, {4, 0xF0}, {3, 0x0F}}, .flip = 0x80},
+    {.bits = {0, 0xF0}}, {.bits = {1, 0xFF}, .flip = 0x80},
+    {.bits = {2, 0xF0}}, {.bits = {3, 0xFF}, .flip = 0x80},
     {}, {},
     {.term = {{7, kIndexMask}, {}, {}, {5, kBlankBit}}, .set = kFlag7},
     {.set = 1}, {.set = 0xFF}, {.set = 0xFF}, {.set = 0xFF}};
@@ -255,18 +260,22 @@ constexpr WideRule kFlx = {
 // its state byte far from x and y).
 template <uint32_t W>
 struct WidePlan {
-  uint32_t start[kTerms][kVectors] = {}, equal_start[kVectors] = {};
+  uint32_t start[kTerms][kVectors] = {}, equal_start[kVectors] = {}, bits_start[kVectors] = {};
   uint32_t reach = 0;
-  bool fits = true, used[kTerms] = {}, equal = false;
+  bool fits = true, used[kTerms] = {}, equal = false, bits = false, bits_two[kVectors] = {};
   alignas(64) uint8_t index[kTerms][kVectors][W] = {}, mask[kTerms][kVectors][W] = {};
+  // Each 8 bytes of the bit-field window hold the record bytes that the
+  // output bytes in the same 8 bytes read, from the lowest on; `bits_control`
+  // is the bit where each output byte's field starts.
+  alignas(64) uint8_t bits_index[kVectors][W] = {}, bits_control[kVectors][W] = {}, bits_mask[kVectors][W] = {};
   alignas(64) uint8_t equal_index[kVectors][W] = {}, equal_mask[kVectors][W] = {}, value[kVectors][W] = {},
       flip[kVectors][W] = {}, set[kVectors][W] = {};
 };
 
 // The first input byte of the group that a vector's `pick`ed sources need
-// (0 when there are none), and whether they all fit in W bytes from it.
+// (0 when there are none), and whether they all fit in `span` bytes from it.
 template <uint32_t W, typename Pick>
-constexpr uint32_t window(const WideRule& rule, uint32_t v, Pick pick, bool& fits) {
+constexpr uint32_t window(const WideRule& rule, uint32_t v, Pick pick, bool& fits, uint32_t span = W) {
   uint32_t first = ~0u, last = 0;
   for (uint32_t i = 0; i < W; ++i) {
     uint32_t byte = W * v + i, at = byte / kOut * kWide;
@@ -277,20 +286,78 @@ constexpr uint32_t window(const WideRule& rule, uint32_t v, Pick pick, bool& fit
       }
   }
   if (first == ~0u) return 0;
-  if (last - first >= W) fits = false;
+  if (last - first >= span) fits = false;
   return first;
+}
+
+static_assert(kShift[1] == 4 && kShift[2] == -4);
+// Term t of byte b; without a bit-field pick (`fields` false) a bit field
+// becomes its high part's term 1 and its low part's term 2.
+constexpr Term term_of(const WideByte& b, uint32_t t, bool fields) {
+  if (fields || b.bits.from == kNone || (t != 1 && t != 2)) return b.term[t];
+  uint8_t mask = b.bits.mask & (t == 1 ? 0xF0 : 0x0F);
+  return mask ? Term{static_cast<int8_t>(b.bits.from + (t == 1 ? 1 : 0)), mask} : Term{};
+}
+
+// The record bytes a bit field needs: a half that its mask clears needs none.
+constexpr std::array<int8_t, 2> field_bytes(const WideByte& b) {
+  if (b.bits.from == kNone) return {kNone, kNone};
+  return {b.bits.mask & 0x0F ? b.bits.from : kNone,
+          b.bits.mask & 0xF0 ? static_cast<int8_t>(b.bits.from + 1) : kNone};
+}
+
+// The bit fields of vector v: each 8 output bytes take their record bytes
+// into the same 8 bytes of the picked window, so that one multishift, which
+// reads within each 8 bytes (turning round at their end), finds them. Where
+// a vector's fields span more than one window (65 record bytes in one LAS
+// vector), it picks from two.
+template <uint32_t W>
+constexpr void add_bit_fields(WidePlan<W>& plan, const WideRule& rule, uint32_t v) {
+  bool one = true;
+  uint32_t start = window<W>(rule, v, field_bytes, one);
+  window<W>(rule, v, field_bytes, plan.fits, 2 * W);
+  plan.bits_two[v] = !one;
+  plan.bits_start[v] = start;
+  uint32_t reach = start + (one ? W : 2 * W);
+  plan.reach = reach > plan.reach ? reach : plan.reach;
+  for (uint32_t q = 0; q < W; q += 8) {
+    uint32_t lowest = ~0u, highest = 0;
+    for (uint32_t i = q; i < q + 8; ++i) {
+      uint32_t byte = W * v + i, at = byte / kOut * kWide;
+      for (int8_t s : field_bytes(rule[byte % kOut]))
+        if (s != kNone) {
+          lowest = at + s < lowest ? at + s : lowest;
+          highest = at + s > highest ? at + s : highest;
+        }
+    }
+    if (lowest == ~0u) continue;
+    if (highest - lowest >= 8) plan.fits = false;
+    for (uint32_t j = 0; j < 8 && lowest + j <= highest; ++j)
+      plan.bits_index[v][q + j] = static_cast<uint8_t>(lowest + j - start);
+    for (uint32_t i = q; i < q + 8; ++i) {
+      uint32_t byte = W * v + i, at = byte / kOut * kWide;
+      const Term& bits = rule[byte % kOut].bits;
+      if (bits.from == kNone) continue;
+      plan.bits_control[v][i] = static_cast<uint8_t>((8 * (at + bits.from - lowest) + 4) & 63);
+      plan.bits_mask[v][i] = bits.mask;
+      plan.bits = true;
+    }
+  }
 }
 
 template <uint32_t W>
 constexpr WidePlan<W> make_wide_plan(const WideRule& rule) {
   WidePlan<W> plan;
+  constexpr bool fields = W == 64;
   for (uint32_t v = 0; v < kVectors; ++v) {
     uint32_t start[kTerms];
     for (uint32_t t = 0; t < kTerms; ++t) {
-      start[t] = window<W>(rule, v, [t](const WideByte& b) { return std::array<int8_t, 1>{b.term[t].from}; }, plan.fits);
+      auto from = [t](const WideByte& b) { return std::array<int8_t, 1>{term_of(b, t, fields).from}; };
+      start[t] = window<W>(rule, v, from, plan.fits);
       plan.start[t][v] = start[t];
       plan.reach = start[t] + W > plan.reach ? start[t] + W : plan.reach;
     }
+    if (fields) add_bit_fields(plan, rule, v);
     uint32_t equal_start = window<W>(rule, v, [](const WideByte& b) { return std::array<int8_t, 1>{b.equal.from}; }, plan.fits);
     plan.equal_start[v] = equal_start;
     plan.reach = equal_start + W > plan.reach ? equal_start + W : plan.reach;
@@ -298,9 +365,10 @@ constexpr WidePlan<W> make_wide_plan(const WideRule& rule) {
       uint32_t byte = W * v + i, at = byte / kOut * kWide;
       const WideByte& b = rule[byte % kOut];
       for (uint32_t t = 0; t < kTerms; ++t) {
-        bool has = b.term[t].from != kNone;
-        plan.index[t][v][i] = has ? static_cast<uint8_t>(at + b.term[t].from - start[t]) : 0x80;
-        plan.mask[t][v][i] = has ? b.term[t].mask : 0;
+        Term term = term_of(b, t, fields);
+        bool has = term.from != kNone;
+        plan.index[t][v][i] = has ? static_cast<uint8_t>(at + term.from - start[t]) : 0x80;
+        plan.mask[t][v][i] = has ? term.mask : 0;
         plan.used[t] = plan.used[t] || has;
       }
       bool has = b.equal.from != kNone;
@@ -373,6 +441,15 @@ __attribute__((target(KALVOR_AVX512))) uint32_t convert_wide64(const uint8_t* in
     for (uint32_t v = 0; v < kVectors; ++v) {
       __m512i x = _mm512_setzero_si512();
       x = term64<plan, 3>(term64<plan, 2>(term64<plan, 1>(term64<plan, 0>(x, src, v), src, v), src, v), src, v);
+      if constexpr (plan.bits) {
+        const uint8_t* window = src + plan.bits_start[v];
+        __m512i fields = plan.bits_two[v]
+                             ? _mm512_permutex2var_epi8(vec64(window), vec64(plan.bits_index[v]), vec64(window + 64))
+                             : pick64(plan.bits_index[v], vec64(window));
+        // Masked form: the unmasked one starts from an undefined vector.
+        __m512i picked = _mm512_maskz_multishift_epi64_epi8(~__mmask64{0}, vec64(plan.bits_control[v]), fields);
+        x = or_and(x, picked, plan.bits_mask[v]);
+      }
       if constexpr (plan.equal) {
         __m512i e = pick64(plan.equal_index[v], vec64(src + plan.equal_start[v]));
         __mmask64 equal = _mm512_cmpeq_epi8_mask(e, vec64(plan.value[v]));
