@@ -17,39 +17,10 @@
 #include "transport_platform.h"
 
 namespace kalvor::net {
-namespace {
 
-sockaddr_in to_sockaddr(Address a) {
-  sockaddr_in s{};
-  s.sin_family = AF_INET;
-  s.sin_addr.s_addr = htonl(a.ip);
-  s.sin_port = htons(a.port);
-  return s;
-}
-
-}  // namespace
+#include "transport_sockets.inc"
 
 bool startup() { return true; }
-
-bool resolve(const char* host, Address* out) {
-  in_addr a{};
-  if (inet_pton(AF_INET, host, &a) == 1) {
-    out->ip = ntohl(a.s_addr);
-    return true;
-  }
-  addrinfo hints{}, *found = nullptr;
-  hints.ai_family = AF_INET;
-  hints.ai_socktype = SOCK_DGRAM;
-  if (getaddrinfo(host, nullptr, &hints, &found) != 0 || !found) return false;
-  out->ip = ntohl(reinterpret_cast<sockaddr_in*>(found->ai_addr)->sin_addr.s_addr);
-  freeaddrinfo(found);
-  return true;
-}
-
-bool is_ip_literal(const char* text) {
-  unsigned char address[16];
-  return inet_pton(AF_INET, text, address) == 1 || inet_pton(AF_INET6, text, address) == 1;
-}
 
 Socket open_udp(Address local, bool broadcast) {
   int s = socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);

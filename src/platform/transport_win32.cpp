@@ -9,15 +9,10 @@
 #include "transport_platform.h"
 
 namespace kalvor::net {
-namespace {
 
-sockaddr_in to_sockaddr(Address a) {
-  sockaddr_in s{};
-  s.sin_family = AF_INET;
-  s.sin_addr.s_addr = htonl(a.ip);
-  s.sin_port = htons(a.port);
-  return s;
-}
+#include "transport_sockets.inc"
+
+namespace {
 
 SOCKET handle(Socket s) { return static_cast<SOCKET>(s); }
 
@@ -29,27 +24,6 @@ bool startup() {
     return WSAStartup(MAKEWORD(2, 2), &data) == 0;
   }();
   return started;
-}
-
-bool resolve(const char* host, Address* out) {
-  if (!startup()) return false;
-  in_addr a{};
-  if (inet_pton(AF_INET, host, &a) == 1) {
-    out->ip = ntohl(a.s_addr);
-    return true;
-  }
-  addrinfo hints{}, *found = nullptr;
-  hints.ai_family = AF_INET;
-  hints.ai_socktype = SOCK_DGRAM;
-  if (getaddrinfo(host, nullptr, &hints, &found) != 0 || !found) return false;
-  out->ip = ntohl(reinterpret_cast<sockaddr_in*>(found->ai_addr)->sin_addr.s_addr);
-  freeaddrinfo(found);
-  return true;
-}
-
-bool is_ip_literal(const char* text) {
-  unsigned char address[16];
-  return inet_pton(AF_INET, text, address) == 1 || inet_pton(AF_INET6, text, address) == 1;
 }
 
 Socket open_udp(Address local, bool broadcast) {
